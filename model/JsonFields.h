@@ -1,0 +1,88 @@
+#pragma once
+
+#include "model/WebURL.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string_view>
+#include <tuple>
+
+namespace roost {
+
+/// What an absent key or a null means for a field.
+enum class Absence {
+    /// The record cannot be decoded.
+    fails,
+    /// The record's own default value holds.
+    defaults,
+};
+
+/// One member of a record: its key, where it is kept and what holds when it is absent. A member that is a
+/// `std::optional` is left out of the output when it has no value.
+template <class Record, class Member>
+struct JsonField
+{
+    std::string_view key;
+    Member Record::*member;
+    Absence absence;
+    /// A value of the wrong type, or one that is no web address, counts as absent instead of failing the record.
+    bool lenient = false;
+};
+
+template <class Record, class Member>
+constexpr JsonField<Record, Member> required(std::string_view key, Member Record::*member)
+{
+    return {key, member, Absence::fails};
+}
+
+template <class Record, class Member>
+constexpr JsonField<Record, Member> defaulted(std::string_view key, Member Record::*member)
+{
+    return {key, member, Absence::defaults};
+}
+
+template <class Record, class Member>
+constexpr JsonField<Record, std::optional<Member>> optional(std::string_view key,
+                                                            std::optional<Member> Record::*member)
+{
+    return {key, member, Absence::defaults};
+}
+
+/// A link to show, never worth losing the record for.
+template <class Record>
+constexpr JsonField<Record, std::optional<WebURL>> link(std::string_view key,
+                                                        std::optional<WebURL> Record::*member)
+{
+    return {key, member, Absence::defaults, true};
+}
+
+/// Specialised for each record that stands in JSON: `static constexpr auto fields = std::tuple(…)`, one entry per
+/// member, ordered by key. This one table drives decoding, encoding and the texts of the errors.
+template <class Record>
+struct JsonFields;
+
+/// Specialised for each enumeration that stands in JSON as a text: `names`, the texts in the order of the
+/// enumerators counted from 0, and `fallback`, what another text means, or nothing when it fails the record.
+template <class Enumeration>
+struct JsonNames;
+
+template <class T>
+concept JsonRecord = requires { JsonFields<T>::fields; };
+
+template <class T>
+concept JsonEnumeration = requires { JsonNames<T>::names; };
+
+/// Whether the table of `Record` is ordered by key and names each key once, as the encoder needs.
+template <JsonRecord Record>
+consteval bool isOrderedByKey()
+{
+    return std::apply(
+        [](const auto&... field) {
+            const std::array keys{field.key...};
+            return std::ranges::is_sorted(keys) && std::ranges::adjacent_find(keys) == keys.end();
+        },
+        JsonFields<Record>::fields);
+}
+
+} // namespace roost
