@@ -14,8 +14,8 @@ using Date = std::chrono::sys_time<std::chrono::milliseconds>;
 /// Years are proleptic Gregorian, at least four digits, with a "-" in front before the year 0.
 std::string dayString(Date date);
 
-/// `seconds` after 1970 as a date, rounded to the nearest millisecond. Values that are no number or lie outside
-/// what a `Date` holds give the nearest end of its range (no number: the earliest).
+/// `seconds` after 1970 as a date, rounded to the nearest millisecond. Values that are no number or lie
+/// outside what a `Date` holds give the nearest end of its range (no number: the earliest).
 Date dateFromSeconds(double seconds);
 
 /// Seconds since 1970; the inverse of `dateFromSeconds`.

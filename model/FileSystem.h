@@ -11,8 +11,7 @@
 namespace roost {
 
 /// A file that is being written and that nobody reads yet. Closed by its destruction; left where it is.
-class TemporaryFile
-{
+class TemporaryFile {
 public:
     virtual ~TemporaryFile() = default;
 
@@ -23,24 +22,24 @@ public:
     virtual std::error_code sync() = 0;
 };
 
-/// The file operations of the stores, one virtual per step that can fail, so that a test can make each fail. Calls
-/// block, about a millisecond for the small files of this program; one thread at a time. Errors are those of the
-/// operating system.
-class FileSystem
-{
+/// The file operations of the stores, one virtual per step that can fail, so that a test can make each fail.
+/// Calls block, about a millisecond for the small files of this program; one thread at a time. Errors are
+/// those of the operating system.
+class FileSystem {
 public:
     virtual ~FileSystem() = default;
 
-    /// Makes `folder` and the folders above it that are missing, all with mode 0700. An existing folder is fine when it
-    /// belongs to this user; otherwise `permission_denied`.
+    /// Makes `folder` and the folders above it that are missing, all with mode 0700. An existing folder is
+    /// fine when it belongs to this user; otherwise `permission_denied`.
     virtual std::error_code makeFolders(const std::filesystem::path& folder) = 0;
 
     /// All bytes of the file. `file_too_large` when they are more than `limit`.
     virtual std::expected<std::string, std::error_code> read(const std::filesystem::path& file,
-                                                            std::size_t limit) = 0;
+                                                             std::size_t limit) = 0;
 
-    /// The empty temporary file at `file`, mode 0600, locked for this writer: made, or taken over from a writer that
-    /// died. `device_or_resource_busy` when another writer holds it for longer than a tenth of a second.
+    /// The empty temporary file at `file`, mode 0600, locked for this writer: made, or taken over from a
+    /// writer that died. `device_or_resource_busy` when another writer holds it for longer than a tenth of a
+    /// second.
     virtual std::expected<std::unique_ptr<TemporaryFile>, std::error_code>
     openTemporary(const std::filesystem::path& file) = 0;
 
@@ -54,9 +53,9 @@ public:
     virtual std::error_code remove(const std::filesystem::path& file) = 0;
 };
 
-/// Replaces `file` by `bytes`, atomically and durably: temporary file beside it, flushed to disk, renamed over it,
-/// folder flushed. A reader sees the old or the new bytes, whole. On any error but that of the last flush the old file
-/// stays as it was, and the temporary file is removed.
+/// Replaces `file` by `bytes`, atomically and durably: temporary file beside it, flushed to disk, renamed
+/// over it, folder flushed. A reader sees the old or the new bytes, whole. On any error but that of the last
+/// flush the old file stays as it was, and the temporary file is removed.
 std::error_code replaceFile(FileSystem& files, const std::filesystem::path& file, std::string_view bytes);
 
 } // namespace roost

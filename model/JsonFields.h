@@ -21,30 +21,30 @@ enum class Absence {
 /// One member of a record: its key, where it is kept and what holds when it is absent. A member that is a
 /// `std::optional` is left out of the output when it has no value.
 template <class Record, class Member>
-struct JsonField
-{
+struct JsonField {
     std::string_view key;
-    Member Record::*member;
+    Member Record::* member;
     Absence absence;
-    /// A value of the wrong type, or one that is no web address, counts as absent instead of failing the record.
+    /// A value of the wrong type, or one that is no web address, counts as absent instead of failing the
+    /// record.
     bool lenient = false;
 };
 
 template <class Record, class Member>
-constexpr JsonField<Record, Member> required(std::string_view key, Member Record::*member)
+constexpr JsonField<Record, Member> required(std::string_view key, Member Record::* member)
 {
     return {key, member, Absence::fails};
 }
 
 template <class Record, class Member>
-constexpr JsonField<Record, Member> defaulted(std::string_view key, Member Record::*member)
+constexpr JsonField<Record, Member> defaulted(std::string_view key, Member Record::* member)
 {
     return {key, member, Absence::defaults};
 }
 
 template <class Record, class Member>
 constexpr JsonField<Record, std::optional<Member>> optional(std::string_view key,
-                                                            std::optional<Member> Record::*member)
+                                                            std::optional<Member> Record::* member)
 {
     return {key, member, Absence::defaults};
 }
@@ -52,13 +52,13 @@ constexpr JsonField<Record, std::optional<Member>> optional(std::string_view key
 /// A link to show, never worth losing the record for.
 template <class Record>
 constexpr JsonField<Record, std::optional<WebURL>> link(std::string_view key,
-                                                        std::optional<WebURL> Record::*member)
+                                                        std::optional<WebURL> Record::* member)
 {
     return {key, member, Absence::defaults, true};
 }
 
-/// Specialised for each record that stands in JSON: `static constexpr auto fields = std::tuple(…)`, one entry per
-/// member, ordered by key. This one table drives decoding, encoding and the texts of the errors.
+/// Specialised for each record that stands in JSON: `static constexpr auto fields = std::tuple(…)`, one entry
+/// per member, ordered by key. This one table drives decoding, encoding and the texts of the errors.
 template <class Record>
 struct JsonFields;
 

@@ -7,10 +7,9 @@
 
 namespace roost {
 
-/// One profile's last numbers and the state of its sign-in. A plain value, identified by `profileId`; equality is
-/// member-wise.
-struct RoostAccountRecord
-{
+/// One profile's last numbers and the state of its sign-in. A plain value, identified by `profileId`;
+/// equality is member-wise.
+struct RoostAccountRecord {
     /// `signedOut`: the service ended the authorization. Any other text fails the record.
     enum class Status { ok, signedOut };
 
@@ -27,9 +26,9 @@ struct RoostAccountRecord
     bool operator==(const RoostAccountRecord&) const = default;
 };
 
-/// `record` after a refresh at `now` that came to `outcome`. Updated: snapshot, name and both times are new, the
-/// status is ok. Failed: only `lastAttemptAt` moves. Signed out: the status and `lastAttemptAt` change, the last
-/// numbers stay. `profileId` never changes.
+/// `record` after a refresh at `now` that came to `outcome`. Updated: snapshot, name and both times are new,
+/// the status is ok. Failed: only `lastAttemptAt` moves. Signed out: the status and `lastAttemptAt` change,
+/// the last numbers stay. `profileId` never changes.
 RoostAccountRecord folded(RoostAccountRecord record, SyncOutcome::Any outcome, Date now);
 
 } // namespace roost

@@ -1,10 +1,9 @@
 #pragma once
 
 #include <QLoggingCategory>
-#include <QString>
 
-/// The system log of the program: short lower-case lines in two categories, and a few storage failures on the console,
-/// prefixed "Brisken Roost: ". Any thread.
+/// The system log of the program: short lower-case lines in two categories, and a few storage failures on the
+/// console, prefixed "Brisken Roost: ". Any thread.
 namespace roost::RoostLog {
 
 inline constexpr const char* subsystem = "world.brisken.roost.mac";
@@ -18,14 +17,9 @@ const QLoggingCategory& auth();
 /// The storage failures that go to the console without a category.
 const QLoggingCategory& console();
 
-/// Sends every Qt log line of this process through `redacted` to standard error: with a syslog level and without a
-/// time when that is the journal (sd-daemon(3)), otherwise with the time and the category for people to read.
-/// Called once, by `main`.
+/// Sends every Qt log line of this process through `redacted` to standard error: with a syslog level and
+/// without a time when that is the journal (sd-daemon(3)), otherwise with the time and the category for
+/// people to read. Called once, by `main`.
 void install();
-
-/// `line` with everything that may be secret replaced by "…" and cut to 1,000 characters: bearer tokens, queries and
-/// user-info of addresses, the values of token, code, verifier and state fields in forms and JSON. Control characters
-/// become blanks, so that nothing can forge a second line.
-QString redacted(const QString& line);
 
 } // namespace roost::RoostLog

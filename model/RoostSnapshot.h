@@ -12,10 +12,8 @@ namespace roost {
 
 /// One profile's numbers as the service sends them. A plain value; equality is member-wise. Texts are UTF-8.
 /// How the fields stand in JSON, which may be absent and what then holds: RoostSnapshotFields.h.
-struct RoostSnapshot
-{
-    struct Profile
-    {
+struct RoostSnapshot {
+    struct Profile {
         std::string id;
         std::string name;
         std::optional<WebURL> avatarUrl;
@@ -23,13 +21,11 @@ struct RoostSnapshot
         bool operator==(const Profile&) const = default;
     };
 
-    struct Views
-    {
+    struct Views {
         /// What the numbers count. A text that is not known decodes as `published`.
         enum class Basis { growth, published };
 
-        struct Day
-        {
+        struct Day {
             /// In the form of `dayString`.
             std::string day;
             std::int64_t views = 0;
@@ -47,8 +43,7 @@ struct RoostSnapshot
         bool operator==(const Views&) const = default;
     };
 
-    struct Network
-    {
+    struct Network {
         /// How the network answered the service. A text that is not known decodes as `unknown`.
         enum class Reporting { ok, empty, failed, unsupported, unknown };
 
@@ -63,10 +58,8 @@ struct RoostSnapshot
     };
 
     /// The default value is the one of a snapshot that has no posts.
-    struct Posts
-    {
-        struct Next
-        {
+    struct Posts {
+        struct Next {
             std::string id;
             /// When the post goes out.
             Date at;
@@ -86,8 +79,7 @@ struct RoostSnapshot
         bool operator==(const Posts&) const = default;
     };
 
-    struct BestPost
-    {
+    struct BestPost {
         std::string platform;
         std::string label;
         std::int64_t views = 0;
@@ -100,10 +92,8 @@ struct RoostSnapshot
         bool operator==(const BestPost&) const = default;
     };
 
-    struct Followers
-    {
-        struct Day
-        {
+    struct Followers {
+        struct Day {
             /// In the form of `dayString`.
             std::string day;
             std::int64_t total = 0;
@@ -111,8 +101,7 @@ struct RoostSnapshot
             bool operator==(const Day&) const = default;
         };
 
-        struct FollowerNetwork
-        {
+        struct FollowerNetwork {
             std::string platform;
             std::optional<std::string> username;
             std::int64_t count = 0;
@@ -143,12 +132,13 @@ struct RoostSnapshot
 
     bool operator==(const RoostSnapshot&) const = default;
 
-    /// Whether there is any view number to show: a total, or a network that carries one and is not `unsupported`.
+    /// Whether there is any view number to show: a total, or a network that carries one and is not
+    /// `unsupported`.
     bool hasNumbers() const;
 
-    /// This snapshot moved in time so that it reads as produced at `now`, every number kept: `generatedAt` is `now`,
-    /// each post goes out as long after it as before, both series end on the UTC day of `now`, and `sampledAt`,
-    /// where present, is one minute before it.
+    /// This snapshot moved in time so that it reads as produced at `now`, every number kept: `generatedAt` is
+    /// `now`, each post goes out as long after it as before, both series end on the UTC day of `now`, and
+    /// `sampledAt`, where present, is one minute before it.
     RoostSnapshot rebased(Date now) const;
 };
 

@@ -10,8 +10,7 @@
 namespace roost {
 
 /// The whole of "widget-state.json". A plain value.
-struct RoostStoreFile
-{
+struct RoostStoreFile {
     static constexpr std::int64_t currentSchema = 1;
 
     /// Written, never compared on reading.
@@ -20,8 +19,9 @@ struct RoostStoreFile
     /// In the order of the app.
     std::vector<RoostAccountRecord> accounts;
 
-    /// The record to show: the first with that id, also a signed-out one; otherwise the first whose status is ok;
-    /// otherwise the first. Null when there is none. Points into `accounts`; valid as long as it is not changed.
+    /// The record to show: the first with that id, also a signed-out one; otherwise the first whose status is
+    /// ok; otherwise the first. Null when there is none. Points into `accounts`; valid as long as it is not
+    /// changed.
     const RoostAccountRecord* accountFor(const std::optional<std::string>& profileId) const;
 
     bool operator==(const RoostStoreFile&) const = default;

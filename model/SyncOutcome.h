@@ -9,8 +9,7 @@
 namespace roost {
 
 /// Why a refresh brought nothing new; the profile stays signed in.
-struct SyncReason
-{
+struct SyncReason {
     enum class Kind {
         /// The service answered 429 or 5xx.
         unavailable,
@@ -21,8 +20,8 @@ struct SyncReason
     };
 
     Kind kind = Kind::unreachable;
-    /// How long the service asks to be left alone, in seconds as sent: unclamped, possibly not a number. Only with
-    /// `unavailable`.
+    /// How long the service asks to be left alone, in seconds as sent: unclamped, possibly not a number. Only
+    /// with `unavailable`.
     std::optional<double> retryAfter;
 
     bool operator==(const SyncReason&) const = default;
@@ -32,22 +31,19 @@ struct SyncReason
 namespace SyncOutcome {
 
 /// Fresh numbers.
-struct Updated
-{
+struct Updated {
     RoostSnapshot snapshot;
     bool operator==(const Updated&) const = default;
 };
 
 /// Nothing new this time.
-struct Failed
-{
+struct Failed {
     SyncReason reason;
     bool operator==(const Failed&) const = default;
 };
 
 /// The profile's authorization is gone; the user must sign in again.
-struct SignedOut
-{
+struct SignedOut {
     bool operator==(const SignedOut&) const = default;
 };
 
@@ -55,7 +51,8 @@ using Any = std::variant<Updated, Failed, SignedOut>;
 
 } // namespace SyncOutcome
 
-/// "unavailable", "unavailable, retry after 120 s", "unreachable", "malformed": for log lines and the command line.
+/// "unavailable", "unavailable, retry after 120 s", "unreachable", "malformed": for log lines and the command
+/// line.
 std::string describe(const SyncReason& reason);
 
 } // namespace roost

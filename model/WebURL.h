@@ -8,13 +8,13 @@
 
 namespace roost {
 
-/// An http or https address with a host, kept as the text that was received: `QUrl` rewrites the case of hosts and
-/// percent-encodings, so wherever an address is a key or is compared, its text decides. A plain value.
-class WebURL
-{
+/// An http or https address with a host, kept as the text that was received: `QUrl` rewrites the case of
+/// hosts and percent-encodings, so wherever an address is a key or is compared, its text decides. A plain
+/// value.
+class WebURL {
 public:
-    /// The address in `text`, or nothing when it is no URL (RFC 3986, strictly), has a scheme other than http and
-    /// https (in any case), or has no host.
+    /// The address in `text`, or nothing when it is no URL (RFC 3986, strictly), has a scheme other than http
+    /// and https (in any case), or has no host.
     static std::optional<WebURL> parse(std::string_view text);
 
     /// The text as received.

@@ -8,10 +8,9 @@
 
 namespace roost {
 
-/// The file "widget-state.json" in the shared folder. The app is its only writer and calls from the main thread;
-/// readers may be in any process. Holds a reference to the file system, which must outlive it.
-class WidgetStore
-{
+/// The file "widget-state.json" in the shared folder. The app is its only writer and calls from the main
+/// thread; readers may be in any process. Holds a reference to the file system, which must outlive it.
+class WidgetStore {
 public:
     WidgetStore(FileSystem& files, std::filesystem::path directory);
 
@@ -20,12 +19,12 @@ public:
     /// "widget-state.json" in `directory`.
     std::filesystem::path file() const;
 
-    /// Writes `contents` atomically and durably, making the folder first. On failure the old file stays, one line
-    /// goes to the log, and the result is false; there is no retry.
+    /// Writes `contents` atomically and durably, making the folder first. On failure the old file stays, one
+    /// line goes to the log, and the result is false; there is no retry.
     bool write(const RoostStoreFile& contents) const;
 
-    /// The file's contents; nothing, silently, when it is missing, unreadable, not a store file, or larger than
-    /// 512 MiB.
+    /// The file's contents; nothing, silently, when it is missing, unreadable, not a store file, or larger
+    /// than 512 MiB.
     std::optional<RoostStoreFile> read() const;
 
 private:

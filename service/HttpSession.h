@@ -13,11 +13,11 @@
 namespace roost {
 
 /// One request. Whoever makes it has percent-encoded the address already; it is sent as it stands.
-struct HttpRequest
-{
+struct HttpRequest {
     enum class Method { get, post };
 
-    /// Which answers' bodies are waited for. The others are complete with their headers, whatever their bodies do.
+    /// Which answers' bodies are waited for. The others are complete with their headers, whatever their
+    /// bodies do.
     enum class Bodies { all, onlyOfStatus200 };
 
     Method method = Method::get;
@@ -32,8 +32,7 @@ struct HttpRequest
     qint64 bodyLimit = 256 * 1024;
 };
 
-struct HttpResponse
-{
+struct HttpResponse {
     int status = 0;
     /// As received, in order; names in the case that was received.
     std::vector<std::pair<QByteArray, QByteArray>> headers;
@@ -45,8 +44,7 @@ struct HttpResponse
 };
 
 /// Why no whole answer came.
-struct HttpFailure
-{
+struct HttpFailure {
     enum class Kind {
         /// The caller asked to stop.
         cancelled,
@@ -59,8 +57,8 @@ struct HttpFailure
     };
 
     Kind kind = Kind::transport;
-    /// The code for log lines: -999 cancelled, -1001 timed out, -1003 host not found, -1004 cannot connect, -1005
-    /// connection lost, -1009 offline, -1103 body over the limit, -1200 to -1206 TLS, 0 anything else.
+    /// The code for log lines: -999 cancelled, -1001 timed out, -1003 host not found, -1004 cannot connect,
+    /// -1005 connection lost, -1009 offline, -1103 body over the limit, -1200 to -1206 TLS, 0 anything else.
     int code = 0;
 
     bool operator==(const HttpFailure&) const = default;
@@ -68,11 +66,10 @@ struct HttpFailure
 
 using HttpResult = std::expected<HttpResponse, HttpFailure>;
 
-/// The one place that talks HTTP, for every service client of the program. Remembers nothing between requests: no
-/// cookies, no credentials, no cache. Follows no redirect: a 3xx is an answer like any other. A request is on the wire
-/// at most once. Main thread; outlives every task that it has handed out.
-class HttpSession
-{
+/// The one place that talks HTTP, for every service client of the program. Remembers nothing between
+/// requests: no cookies, no credentials, no cache. Follows no redirect: a 3xx is an answer like any other. A
+/// request is on the wire at most once. Main thread; outlives every task that it has handed out.
+class HttpSession {
 public:
     virtual ~HttpSession() = default;
 

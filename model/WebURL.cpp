@@ -1,0 +1,27 @@
+#include "model/WebURL.h"
+
+namespace roost {
+
+namespace {
+
+QUrl strictly(std::string_view text)
+{
+    return QUrl{QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())), QUrl::StrictMode};
+}
+
+} // namespace
+
+std::optional<WebURL> WebURL::parse(std::string_view text)
+{
+    const QUrl url = strictly(text);
+    // QUrl gives schemes in lower case.
+    const bool isWeb = url.scheme() == QLatin1String("https") || url.scheme() == QLatin1String("http");
+    if (!url.isValid() || !isWeb || url.host().isEmpty()) {
+        return std::nullopt;
+    }
+    return WebURL{std::string{text}};
+}
+
+QUrl WebURL::url() const { return strictly(text_); }
+
+} // namespace roost

@@ -1,0 +1,42 @@
+#include "model/WidgetStore.h"
+
+#include "model/RoostJSON.h"
+#include "model/RoostLog.h"
+#include "model/RoostStoreFileFields.h"
+
+namespace roost {
+
+WidgetStore::WidgetStore(FileSystem& files, std::filesystem::path directory)
+    : files_{&files},
+      directory_{std::move(directory)}
+{
+}
+
+std::filesystem::path WidgetStore::file() const { return directory_ / "widget-state.json"; }
+
+bool WidgetStore::write(const RoostStoreFile& contents) const
+{
+    std::error_code failed = files_->makeFolders(directory_);
+    if (!failed) {
+        failed = replaceFile(*files_, file(), RoostJSON::encoder().encode(contents));
+    }
+    if (failed) {
+        qCCritical(RoostLog::console).noquote()
+            << QStringLiteral("Brisken Roost: could not write the widget snapshot (%1)")
+                   .arg(QString::fromStdString(failed.message()));
+    }
+    return !failed;
+}
+
+std::optional<RoostStoreFile> WidgetStore::read() const
+{
+    constexpr std::size_t largest = std::size_t{512} * 1024 * 1024;
+    auto bytes = files_->read(file(), largest);
+    if (!bytes) {
+        return std::nullopt;
+    }
+    auto decoded = RoostJSON::decoder().decode<RoostStoreFile>(*std::move(bytes));
+    return decoded ? std::optional{*std::move(decoded)} : std::nullopt;
+}
+
+} // namespace roost
