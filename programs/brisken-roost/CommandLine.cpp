@@ -1,0 +1,141 @@
+#include "programs/brisken-roost/CommandLine.h"
+
+#include <QCommandLineParser>
+
+namespace roost {
+
+namespace {
+
+const QString helpText = QStringLiteral(R"(Usage: brisken-roost [--info FILE] COMMAND [OPTION ...]
+
+Your Roost numbers on the desktop. Reads only; publishes nothing.
+
+Commands:
+  status   print the last numbers of every profile, without asking the network
+             --profile ID      of this profile only
+             --format FORMAT   text (default), json or waybar
+  fetch    fetch one profile's numbers with a bearer token, for development; the
+           token is the first line of standard input, or $BRISKEN_ROOST_TOKEN
+             --base-url URL    of this service
+             --profile ID      note a failure in this profile's record
+
+Options:
+  --info FILE   read the build's information dictionary from FILE
+  --help        print this text
+  --version     print the version
+
+Exit codes: 0 fine, 1 failure, 2 wrong usage, 3 nothing to show or signed out,
+4 shown, but older than 15 minutes. More: man brisken-roost
+)");
+
+std::optional<QString> valueOf(const QCommandLineParser& parser, const QString& option)
+{
+    return parser.isSet(option) ? std::optional{parser.value(option)} : std::nullopt;
+}
+
+std::expected<StatusFormat, QString> formatFrom(const QString& name)
+{
+    if (name == QLatin1String("text")) {
+        return StatusFormat::text;
+    }
+    if (name == QLatin1String("json")) {
+        return StatusFormat::json;
+    }
+    if (name == QLatin1String("waybar")) {
+        return StatusFormat::waybar;
+    }
+    return std::unexpected(
+        QStringLiteral("There is no format \"%1\": text, json and waybar are known.").arg(name));
+}
+
+std::expected<Command, QString> statusFrom(const QCommandLineParser& parser)
+{
+    StatusCommand command;
+    if (const auto profile = valueOf(parser, QStringLiteral("profile"))) {
+        command.profile = profile->toStdString();
+    }
+    if (const auto name = valueOf(parser, QStringLiteral("format"))) {
+        const auto format = formatFrom(*name);
+        if (!format) {
+            return std::unexpected(format.error());
+        }
+        command.format = *format;
+    }
+    return command;
+}
+
+std::expected<Command, QString> fetchFrom(const QCommandLineParser& parser)
+{
+    FetchCommand command;
+    command.baseURL = valueOf(parser, QStringLiteral("base-url"));
+    if (const auto profile = valueOf(parser, QStringLiteral("profile"))) {
+        command.profile = profile->toStdString();
+    }
+    return command;
+}
+
+/// A command by its name: the options it takes, and how they become a command.
+struct Grammar {
+    QLatin1String name;
+    QStringList options;
+    std::expected<Command, QString> (*from)(const QCommandLineParser&);
+};
+
+const Grammar grammars[] = {
+    {QLatin1String("status"), {QStringLiteral("profile"), QStringLiteral("format")}, statusFrom},
+    {QLatin1String("fetch"), {QStringLiteral("profile"), QStringLiteral("base-url")}, fetchFrom},
+};
+
+} // namespace
+
+std::expected<CommandLine, QString> parseCommandLine(const QStringList& arguments, const QString& version)
+{
+    const auto unusable = [](const QString& what) {
+        return std::unexpected(what + QStringLiteral(" Try brisken-roost --help."));
+    };
+    const auto grammar = std::ranges::find_if(
+        grammars, [&](const Grammar& candidate) { return arguments.contains(candidate.name); });
+
+    QCommandLineParser parser;
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    parser.addOption({QStringLiteral("help"), QString{}});
+    parser.addOption({QStringLiteral("version"), QString{}});
+    parser.addOption({QStringLiteral("info"), QString{}, QStringLiteral("FILE")});
+    if (grammar != std::end(grammars)) {
+        for (const QString& option : grammar->options) {
+            parser.addOption({option, QString{}, QStringLiteral("VALUE")});
+        }
+    }
+    // The parser takes the first argument for the name of the program.
+    if (!parser.parse(QStringList{QString{}} + arguments)) {
+        return unusable(parser.errorText() + QLatin1Char('.'));
+    }
+    CommandLine line;
+    line.infoFile = valueOf(parser, QStringLiteral("info"));
+    if (parser.isSet(QStringLiteral("help"))) {
+        line.command = PrintCommand{helpText};
+        return line;
+    }
+    if (parser.isSet(QStringLiteral("version"))) {
+        line.command = PrintCommand{QStringLiteral("brisken-roost %1\n").arg(version)};
+        return line;
+    }
+    const QStringList words = parser.positionalArguments();
+    if (words.isEmpty()) {
+        return unusable(QStringLiteral("A command is missing."));
+    }
+    if (grammar == std::end(grammars) || words.first() != grammar->name) {
+        return unusable(QStringLiteral("There is no command \"%1\".").arg(words.first()));
+    }
+    if (words.size() > 1) {
+        return unusable(QStringLiteral("\"%1\" is one argument too many.").arg(words.at(1)));
+    }
+    auto command = grammar->from(parser);
+    if (!command) {
+        return unusable(command.error());
+    }
+    line.command = *std::move(command);
+    return line;
+}
+
+} // namespace roost

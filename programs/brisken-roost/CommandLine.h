@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <expected>
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace roost {
+
+enum class StatusFormat { text, json, waybar };
+
+/// `status`: what the shared file holds.
+struct StatusCommand {
+    std::optional<std::string> profile;
+    StatusFormat format = StatusFormat::text;
+
+    bool operator==(const StatusCommand&) const = default;
+};
+
+/// `fetch`: one snapshot with a bearer token, for development.
+struct FetchCommand {
+    std::optional<QString> baseURL;
+    std::optional<std::string> profile;
+
+    bool operator==(const FetchCommand&) const = default;
+};
+
+/// `--help` and `--version`: a text for standard output.
+struct PrintCommand {
+    QString text;
+
+    bool operator==(const PrintCommand&) const = default;
+};
+
+using Command = std::variant<StatusCommand, FetchCommand, PrintCommand>;
+
+struct CommandLine {
+    Command command;
+    /// The file that stands in for the built-in information dictionary.
+    std::optional<QString> infoFile;
+};
+
+/// What `arguments` (without the program's name) ask for; the error is one sentence for the user. `version`
+/// is what
+/// `--version` prints.
+std::expected<CommandLine, QString> parseCommandLine(const QStringList& arguments, const QString& version);
+
+} // namespace roost
