@@ -24,6 +24,7 @@ endif()
 
 add_compile_options(
   -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
+  -Wno-missing-field-initializers # what an aggregate leaves out has its default
   -Wold-style-cast -Wcast-qual -Wformat=2 -Wundef -Wimplicit-fallthrough -fno-common)
 add_compile_definitions(QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_NO_FOREACH
   QT_DISABLE_DEPRECATED_BEFORE=0x060400)

@@ -2,6 +2,9 @@
 
 #include <QCommandLineParser>
 
+#include <algorithm>
+#include <iterator>
+
 namespace roost {
 
 namespace {
@@ -76,38 +79,55 @@ std::expected<Command, QString> fetchFrom(const QCommandLineParser& parser)
 
 /// A command by its name: the options it takes, and how they become a command.
 struct Grammar {
-    QLatin1String name;
+    QString name;
     QStringList options;
     std::expected<Command, QString> (*from)(const QCommandLineParser&);
 };
 
 const Grammar grammars[] = {
-    {QLatin1String("status"), {QStringLiteral("profile"), QStringLiteral("format")}, statusFrom},
-    {QLatin1String("fetch"), {QStringLiteral("profile"), QStringLiteral("base-url")}, fetchFrom},
+    {QStringLiteral("status"), {QStringLiteral("profile"), QStringLiteral("format")}, statusFrom},
+    {QStringLiteral("fetch"), {QStringLiteral("profile"), QStringLiteral("base-url")}, fetchFrom},
 };
+
+void addOptions(QCommandLineParser& parser, const QStringList& takingValues)
+{
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    parser.addOption({QStringLiteral("help"), QString{}});
+    parser.addOption({QStringLiteral("version"), QString{}});
+    for (const QString& option : QStringList{QStringLiteral("info")} + takingValues) {
+        parser.addOption({option, QString{}, QStringLiteral("VALUE")});
+    }
+}
+
+/// The grammar of the first word that is neither an option nor the value of one; null where there is none.
+const Grammar* grammarOf(const QStringList& arguments)
+{
+    QStringList every;
+    for (const Grammar& grammar : grammars) {
+        every += grammar.options;
+    }
+    every.removeDuplicates();
+    QCommandLineParser parser;
+    addOptions(parser, every);
+    parser.parse(arguments);
+    const QString word = parser.positionalArguments().value(0);
+    const auto* found = std::ranges::find(grammars, word, &Grammar::name);
+    return found == std::end(grammars) ? nullptr : found;
+}
 
 } // namespace
 
-std::expected<CommandLine, QString> parseCommandLine(const QStringList& arguments, const QString& version)
+std::expected<CommandLine, QString> parseCommandLine(const QStringList& words, const QString& version)
 {
     const auto unusable = [](const QString& what) {
         return std::unexpected(what + QStringLiteral(" Try brisken-roost --help."));
     };
-    const auto grammar = std::ranges::find_if(
-        grammars, [&](const Grammar& candidate) { return arguments.contains(candidate.name); });
-
-    QCommandLineParser parser;
-    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
-    parser.addOption({QStringLiteral("help"), QString{}});
-    parser.addOption({QStringLiteral("version"), QString{}});
-    parser.addOption({QStringLiteral("info"), QString{}, QStringLiteral("FILE")});
-    if (grammar != std::end(grammars)) {
-        for (const QString& option : grammar->options) {
-            parser.addOption({option, QString{}, QStringLiteral("VALUE")});
-        }
-    }
     // The parser takes the first argument for the name of the program.
-    if (!parser.parse(QStringList{QString{}} + arguments)) {
+    const QStringList arguments = QStringList{QString{}} + words;
+    const Grammar* grammar = grammarOf(arguments);
+    QCommandLineParser parser;
+    addOptions(parser, grammar != nullptr ? grammar->options : QStringList{});
+    if (!parser.parse(arguments)) {
         return unusable(parser.errorText() + QLatin1Char('.'));
     }
     CommandLine line;
@@ -120,15 +140,15 @@ std::expected<CommandLine, QString> parseCommandLine(const QStringList& argument
         line.command = PrintCommand{QStringLiteral("brisken-roost %1\n").arg(version)};
         return line;
     }
-    const QStringList words = parser.positionalArguments();
-    if (words.isEmpty()) {
+    const QStringList positional = parser.positionalArguments();
+    if (positional.isEmpty()) {
         return unusable(QStringLiteral("A command is missing."));
     }
-    if (grammar == std::end(grammars) || words.first() != grammar->name) {
-        return unusable(QStringLiteral("There is no command \"%1\".").arg(words.first()));
+    if (grammar == nullptr) {
+        return unusable(QStringLiteral("There is no command \"%1\".").arg(positional.first()));
     }
-    if (words.size() > 1) {
-        return unusable(QStringLiteral("\"%1\" is one argument too many.").arg(words.at(1)));
+    if (positional.size() > 1) {
+        return unusable(QStringLiteral("\"%1\" is one argument too many.").arg(positional.at(1)));
     }
     auto command = grammar->from(parser);
     if (!command) {

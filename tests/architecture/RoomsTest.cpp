@@ -66,7 +66,8 @@ std::set<std::string> roomsEntered(const std::string& source)
 std::vector<fs::path> sourcesIn(const std::string& room)
 {
     std::vector<fs::path> files;
-    for (const fs::path file : fs::recursive_directory_iterator{root / room}) {
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator{root / room}) {
+        const fs::path& file = entry.path();
         if (const auto ending = file.extension(); ending == ".cpp" || ending == ".h" || ending == ".qml") {
             files.push_back(file);
         }
@@ -96,9 +97,9 @@ TEST(Rooms, AreAllInTheMap)
 {
     const auto arrows = arrowsOf(architecture);
     std::vector<std::string> unknown;
-    for (const fs::path folder : fs::directory_iterator{root}) {
-        const std::string name = folder.filename().string();
-        if (fs::is_directory(folder) && name != "build" && !name.starts_with('.') && !arrows.contains(name) &&
+    for (const fs::directory_entry& entry : fs::directory_iterator{root}) {
+        const std::string name = entry.path().filename().string();
+        if (entry.is_directory() && name != "build" && !name.starts_with('.') && !arrows.contains(name) &&
             !sourcesIn(name).empty()) {
             unknown.push_back(name);
         }
@@ -119,7 +120,8 @@ TEST(Rooms, AreCheckedForArrowsThatAreNotInTheMap)
 
 TEST(Rooms, AreRecognisedInIncludesAndImports)
 {
-    EXPECT_THAT(roomsEntered("#include <QUrl>\n#include \"model/Date.h\"\nimport Roost.Views 1.0\n"),
+    EXPECT_THAT(roomsEntered("#include <QUrl>\n#include \"model/Date.h\"\nimport Roost"
+                             ".Views 1.0\n"),
                 testing::ElementsAre("model", "views"));
 }
 

@@ -1,0 +1,89 @@
+#include "programs/brisken-roost/CommandLine.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace roost {
+namespace {
+
+using testing::HasSubstr;
+
+std::expected<CommandLine, QString> parse(std::initializer_list<const char*> words)
+{
+    QStringList arguments;
+    for (const char* word : words) {
+        arguments.append(QString::fromUtf8(word));
+    }
+    return parseCommandLine(arguments, QStringLiteral("1.2.3"));
+}
+
+std::string errorOf(std::initializer_list<const char*> words)
+{
+    const auto line = parse(words);
+    return line ? "no error" : line.error().toStdString();
+}
+
+std::string printedBy(std::initializer_list<const char*> words)
+{
+    const auto line = parse(words);
+    const auto* print = line ? std::get_if<PrintCommand>(&line->command) : nullptr;
+    return print != nullptr ? print->text.toStdString() : "nothing";
+}
+
+TEST(CommandLine, TakesStatusWithItsDefaults)
+{
+    EXPECT_EQ(parse({"status"})->command, Command{StatusCommand{}});
+}
+
+TEST(CommandLine, TakesTheOptionsOfStatus)
+{
+    EXPECT_EQ(parse({"status", "--profile", "p|1", "--format", "json"})->command,
+              (Command{StatusCommand{"p|1", StatusFormat::json}}));
+    EXPECT_EQ(parse({"status", "--format=waybar"})->command,
+              (Command{StatusCommand{std::nullopt, StatusFormat::waybar}}));
+    EXPECT_EQ(parse({"status", "--format=text"})->command,
+              (Command{StatusCommand{std::nullopt, StatusFormat::text}}));
+}
+
+TEST(CommandLine, TakesTheOptionsOfFetch)
+{
+    EXPECT_EQ(parse({"fetch", "--base-url", "http://127.0.0.1:1", "--profile", "a"})->command,
+              (Command{FetchCommand{QStringLiteral("http://127.0.0.1:1"), "a"}}));
+}
+
+TEST(CommandLine, TakesTheInformationFileBeforeAndAfterTheCommand)
+{
+    EXPECT_EQ(parse({"--info", "a.json", "status"})->infoFile, QStringLiteral("a.json"));
+    EXPECT_EQ(parse({"status", "--info", "a.json"})->infoFile, QStringLiteral("a.json"));
+    EXPECT_EQ(parse({"status"})->infoFile, std::nullopt);
+}
+
+TEST(CommandLine, PrintsHelpAndVersionOnRequest)
+{
+    EXPECT_THAT(printedBy({"--help"}), HasSubstr("Usage: brisken-roost"));
+    EXPECT_THAT(printedBy({"status", "--help"}), HasSubstr("Usage: brisken-roost"));
+    EXPECT_EQ(printedBy({"--version"}), "brisken-roost 1.2.3\n");
+}
+
+TEST(CommandLine, RefusesWhatItDoesNotKnowInOneSentence)
+{
+    EXPECT_EQ(errorOf({}), "A command is missing. Try brisken-roost --help.");
+    EXPECT_EQ(errorOf({"dance"}), "There is no command \"dance\". Try brisken-roost --help.");
+    EXPECT_EQ(errorOf({"status", "now"}), "\"now\" is one argument too many. Try brisken-roost --help.");
+    EXPECT_EQ(errorOf({"status", "--format", "xml"}),
+              "There is no format \"xml\": text, json and waybar are known. Try brisken-roost --help.");
+    EXPECT_THAT(errorOf({"status", "--base-url", "x"}), HasSubstr("base-url"));
+    EXPECT_THAT(errorOf({"status", "--profile"}), HasSubstr("profile"));
+    EXPECT_THAT(errorOf({"--info"}), HasSubstr("info"));
+}
+
+TEST(CommandLine, TakesAProfileThatIsNamedLikeACommand)
+{
+    EXPECT_EQ(parse({"status", "--profile", "fetch"})->command,
+              (Command{StatusCommand{"fetch", StatusFormat::text}}));
+    EXPECT_EQ(parse({"fetch", "--profile", "status"})->command,
+              (Command{FetchCommand{std::nullopt, "status"}}));
+}
+
+} // namespace
+} // namespace roost
