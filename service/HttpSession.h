@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <expected>
+#include <optional>
 #include <stop_token>
 #include <utility>
 #include <vector>
@@ -21,7 +22,11 @@ struct HttpRequest {
     enum class Bodies { all, onlyOfStatus200 };
 
     Method method = Method::get;
+    /// http or https, with a host. A fragment and user information are not sent.
     QUrl url;
+    /// Names are tokens (RFC 9110 §5.6.2), values hold no control characters: a request with others is never
+    /// sent and fails as `transport` with code 0. Host, Connection, Content-Length and Accept-Encoding are
+    /// the session's.
     std::vector<std::pair<QByteArray, QByteArray>> headers;
     /// Sent with `post` only.
     QByteArray body;
@@ -34,13 +39,16 @@ struct HttpRequest {
 
 struct HttpResponse {
     int status = 0;
-    /// As received, in order; names in the case that was received.
+    /// As received, in order: names in the case that was received, values without the white space around them
+    /// that RFC 9110 §5.5 leaves out.
     std::vector<std::pair<QByteArray, QByteArray>> headers;
     /// Decompressed; empty where the request did not ask for it.
     QByteArray body;
 
     /// The value of the first header of that name, in any case; nothing when there is none.
     std::optional<QByteArray> header(QByteArrayView name) const;
+
+    bool operator==(const HttpResponse&) const = default;
 };
 
 /// Why no whole answer came.
@@ -52,7 +60,8 @@ struct HttpFailure {
         transport,
         /// An answer whose body is larger than `HttpRequest::bodyLimit`.
         bodyTooLarge,
-        /// What came back is not HTTP, or the address is not one of http or https.
+        /// What came back is not HTTP/1.x, or is broken in itself: a head of more than 64 KiB, a content
+        /// coding that nobody asked for or that cannot be undone. Or the address is not http or https.
         notHttp,
     };
 

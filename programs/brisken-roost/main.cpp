@@ -8,6 +8,7 @@
 #include "programs/brisken-roost/StatusCommand.h"
 #include "service/NetworkHttpSession.h"
 #include "service/RoostEnvironment.h"
+#include "service/SystemProxies.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -52,6 +53,13 @@ std::expected<QString, std::string> bearerToken()
     return bearerTokenFrom(fromEnvironment.isEmpty() ? lineOfStandardInput() : fromEnvironment.toStdString());
 }
 
+bool mayCarryTokens(const QUrl& base)
+{
+    return base.isValid() && !base.host().isEmpty() &&
+           (base.scheme() == QLatin1String("https") ||
+            (base.scheme() == QLatin1String("http") && isLoopback(base.host())));
+}
+
 /// The parts of the machine that the commands work on.
 struct Machine {
     InfoDictionary info;
@@ -82,8 +90,8 @@ struct Run {
     {
         const QUrl base = command.baseURL ? QUrl{*command.baseURL, QUrl::StrictMode}
                                           : RoostEnvironment::baseURL(machine.info);
-        if (!base.isValid() || base.host().isEmpty()) {
-            return failed(ExitCode::usage, "The base URL is not a web address.");
+        if (!mayCarryTokens(base)) {
+            return failed(ExitCode::usage, "The base URL is neither https nor a service on this machine.");
         }
         auto token = bearerToken();
         if (!token) {
