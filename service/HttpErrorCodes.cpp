@@ -36,52 +36,61 @@ int ofCertificate(QSslError::SslError error)
     }
 }
 
-int ofHandshake(const QList<QSslError>& errors)
-{
-    const auto specific = std::ranges::find_if(errors, [](const QSslError& error) {
-        return ofCertificate(error.error()) != secureConnectionFailed;
-    });
-    return specific == errors.end() ? secureConnectionFailed : ofCertificate(specific->error());
-}
-
 } // namespace
 
-int of(QNetworkReply::NetworkError error, const QList<QSslError>& certificateErrors)
+int ofLookup(QHostInfo::HostInfoError error)
+{
+    // A machine without a network gets "try again later" from its resolver, which Qt gives as an unknown
+    // error.
+    return error == QHostInfo::HostNotFound ? hostNotFound : offline;
+}
+
+int ofConnecting(QAbstractSocket::SocketError error)
 {
     switch (error) {
-    case QNetworkReply::ConnectionRefusedError:
-    case QNetworkReply::ProxyConnectionRefusedError:
-    case QNetworkReply::ProxyConnectionClosedError:
+    case QAbstractSocket::ConnectionRefusedError:
+    case QAbstractSocket::RemoteHostClosedError:
+    case QAbstractSocket::ProxyConnectionRefusedError:
+    case QAbstractSocket::ProxyConnectionClosedError:
         return cannotConnect;
-    case QNetworkReply::RemoteHostClosedError:
-        return connectionLost;
-    case QNetworkReply::HostNotFoundError:
-    case QNetworkReply::ProxyNotFoundError:
+    case QAbstractSocket::HostNotFoundError:
+    case QAbstractSocket::ProxyNotFoundError:
         return hostNotFound;
-    case QNetworkReply::TimeoutError:
-    case QNetworkReply::ProxyTimeoutError:
+    case QAbstractSocket::SocketTimeoutError:
+    case QAbstractSocket::ProxyConnectionTimeoutError:
         return timedOut;
-    case QNetworkReply::SslHandshakeFailedError:
-        return ofHandshake(certificateErrors);
-    case QNetworkReply::TemporaryNetworkFailureError:
-    case QNetworkReply::NetworkSessionFailedError:
-    // Qt's name for a route that is not there.
-    case QNetworkReply::UnknownNetworkError:
+    case QAbstractSocket::NetworkError:
+        // No route: to a connection that is not there yet nothing else of this kind happens.
         return offline;
     default:
         return unknown;
     }
 }
 
-bool isStatus(QNetworkReply::NetworkError error)
+int ofTalking(QAbstractSocket::SocketError error)
 {
-    const bool ofContent =
-        error >= QNetworkReply::ContentAccessDenied && error < QNetworkReply::UnknownContentError;
-    const bool ofServer =
-        error >= QNetworkReply::InternalServerError && error <= QNetworkReply::UnknownServerError;
-    return error == QNetworkReply::NoError || ofContent || ofServer ||
-           error == QNetworkReply::UnknownContentError ||
-           error == QNetworkReply::ProtocolInvalidOperationError;
+    switch (error) {
+    case QAbstractSocket::RemoteHostClosedError:
+    case QAbstractSocket::NetworkError:
+    case QAbstractSocket::ProxyConnectionClosedError:
+        return connectionLost;
+    case QAbstractSocket::SocketTimeoutError:
+        return timedOut;
+    case QAbstractSocket::SslHandshakeFailedError:
+    case QAbstractSocket::SslInternalError:
+    case QAbstractSocket::SslInvalidUserDataError:
+        return secureConnectionFailed;
+    default:
+        return unknown;
+    }
+}
+
+int ofHandshake(const QList<QSslError>& errors)
+{
+    const auto specific = std::ranges::find_if(errors, [](const QSslError& error) {
+        return ofCertificate(error.error()) != secureConnectionFailed;
+    });
+    return specific == errors.end() ? secureConnectionFailed : ofCertificate(specific->error());
 }
 
 } // namespace roost::HttpErrorCodes

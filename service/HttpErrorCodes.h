@@ -1,11 +1,11 @@
 #pragma once
 
+#include <QAbstractSocket>
+#include <QHostInfo>
 #include <QList>
-#include <QNetworkReply>
 #include <QSslError>
 
-/// The codes of `HttpFailure` for what can go wrong on the way: the well-known numbers of URL loading. Pure
-/// functions.
+/// The codes of `HttpFailure` for what can go wrong on the way. Pure functions.
 namespace roost::HttpErrorCodes {
 
 inline constexpr int unknown = 0;
@@ -15,7 +15,6 @@ inline constexpr int hostNotFound = -1003;
 inline constexpr int cannotConnect = -1004;
 inline constexpr int connectionLost = -1005;
 inline constexpr int offline = -1009;
-inline constexpr int bodyTooLarge = -1103;
 inline constexpr int secureConnectionFailed = -1200;
 inline constexpr int certificateHasBadDate = -1201;
 inline constexpr int certificateUntrusted = -1202;
@@ -24,10 +23,16 @@ inline constexpr int certificateNotYetValid = -1204;
 inline constexpr int clientCertificateRejected = -1205;
 inline constexpr int clientCertificateRequired = -1206;
 
-/// No whole answer came, because of `error`; `certificateErrors` are those of the handshake.
-int of(QNetworkReply::NetworkError error, const QList<QSslError>& certificateErrors);
+/// A name could not be turned into addresses.
+int ofLookup(QHostInfo::HostInfoError error);
 
-/// Whether `error` only repeats the status of an answer that came whole.
-bool isStatus(QNetworkReply::NetworkError error);
+/// A connection, to the service or to a proxy, could not be made.
+int ofConnecting(QAbstractSocket::SocketError error);
+
+/// A connection that had been made broke.
+int ofTalking(QAbstractSocket::SocketError error);
+
+/// The certificate was not accepted for one of `errors`; with none of them the handshake itself failed.
+int ofHandshake(const QList<QSslError>& errors);
 
 } // namespace roost::HttpErrorCodes

@@ -1,6 +1,9 @@
 #include "service/HttpExchange.h"
 
 #include "service/HttpErrorCodes.h"
+#include "service/HttpRoute.h"
+
+#include <QSslSocket>
 
 #include <algorithm>
 
@@ -9,44 +12,49 @@ namespace roost {
 namespace {
 
 /// Longer than any request, and short enough for the timer to count.
-constexpr std::chrono::milliseconds longestTimeout = std::chrono::hours{24};
+constexpr std::chrono::milliseconds longestTimeout = std::chrono::hours(24);
+
+constexpr qint64 pieceSize = 64 * 1024;
+
+bool isWebAddress(const QUrl& url)
+{
+    return (url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https")) &&
+           !url.host().isEmpty();
+}
 
 } // namespace
 
-void HttpExchange::Abandon::operator()(QNetworkReply* reply) const
+HttpExchange::HttpExchange(HttpRequest request, std::stop_token stop, QObject* parent)
+    : QObject(parent),
+      request_(std::move(request)),
+      parser_(request_.bodies, request_.bodyLimit)
 {
-    reply->disconnect();
-    reply->abort();
-    // This may be inside a signal of the reply.
-    reply->deleteLater();
-}
-
-HttpExchange::HttpExchange(const HttpRequest& request, QNetworkReply* reply, std::stop_token stop,
-                           QObject* parent)
-    : QObject{parent},
-      bodies_{request.bodies},
-      bodyLimit_{request.bodyLimit},
-      reply_{reply}
-{
-    // What Qt holds unread counts against the limit: one byte more than it shows that it is passed.
-    reply->setReadBufferSize(bodyLimit_ + 1);
-    connect(reply, &QNetworkReply::sslErrors, this,
-            [this](const QList<QSslError>& errors) { certificateErrors_ = errors; });
-    connect(reply, &QNetworkReply::metaDataChanged, this, &HttpExchange::headersCame);
-    connect(reply, &QNetworkReply::readyRead, this, &HttpExchange::bytesCame);
-    connect(reply, &QNetworkReply::finished, this, &HttpExchange::finished);
-
+    if (stop.stop_requested()) {
+        fail(HttpFailure::Kind::cancelled, HttpErrorCodes::cancelled);
+        return;
+    }
+    if (!isWebAddress(request_.url)) {
+        fail(HttpFailure::Kind::notHttp, HttpErrorCodes::unknown);
+        return;
+    }
     timeout_.setSingleShot(true);
+    timeout_.setTimerType(Qt::PreciseTimer);
     connect(&timeout_, &QTimer::timeout, this,
             [this] { fail(HttpFailure::Kind::transport, HttpErrorCodes::timedOut); });
-    timeout_.start(std::clamp(request.timeout, std::chrono::milliseconds{0}, longestTimeout));
-
-    // A stop may be asked for on any thread, and in the middle of anything.
+    timeout_.start(std::clamp(request_.timeout, std::chrono::milliseconds(0), longestTimeout));
+    dial();
     onStop_.emplace(std::move(stop), [this] {
         QMetaObject::invokeMethod(
             this, [this] { fail(HttpFailure::Kind::cancelled, HttpErrorCodes::cancelled); },
             Qt::QueuedConnection);
     });
+}
+
+HttpExchange::~HttpExchange()
+{
+    if (socket_ != nullptr) {
+        socket_->disconnect(this);
+    }
 }
 
 void HttpExchange::cancelNow()
@@ -55,40 +63,79 @@ void HttpExchange::cancelNow()
     wake();
 }
 
-void HttpExchange::headersCame()
+void HttpExchange::dial()
 {
-    response_.status = reply_->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    response_.headers.assign(reply_->rawHeaderPairs().begin(), reply_->rawHeaderPairs().end());
-    if (response_.status != 0 && response_.status != 200 && bodies_ == HttpRequest::Bodies::onlyOfStatus200) {
-        settle(std::move(response_));
+    HttpRoute route = systemRouteTo(request_.url);
+    std::optional<QByteArray> bytes =
+        HttpSyntax::requestBytes(request_, route.target, route.proxyAuthorization);
+    if (!bytes) {
+        fail(HttpFailure::Kind::transport, HttpErrorCodes::unknown);
+        return;
     }
+    bytes_ = *std::move(bytes);
+    const bool isHttps = request_.url.scheme() == QLatin1String("https");
+    dialer_ = new HttpDialer(
+        std::move(route), isHttps ? HttpDialer::Security::tls : HttpDialer::Security::none,
+        [this](std::unique_ptr<QTcpSocket> socket, int code) { dialed(std::move(socket), code); }, this);
 }
 
-void HttpExchange::bytesCame()
+void HttpExchange::dialed(std::unique_ptr<QTcpSocket> socket, int code)
 {
-    response_.body += reply_->readAll();
-    if (response_.body.size() > bodyLimit_) {
-        fail(HttpFailure::Kind::bodyTooLarge, HttpErrorCodes::bodyTooLarge);
-    }
-}
-
-void HttpExchange::finished()
-{
-    headersCame();
     if (result_) {
         return;
     }
-    bytesCame();
-    if (result_) {
+    if (!socket) {
+        fail(HttpFailure::Kind::transport, code);
         return;
     }
-    const QNetworkReply::NetworkError error = reply_->error();
-    const bool isSuccess = response_.status >= 200 && response_.status < 300;
-    const bool isWhole = isSuccess ? error == QNetworkReply::NoError : HttpErrorCodes::isStatus(error);
-    if (response_.status != 0 && isWhole) {
-        settle(std::move(response_));
+    socket_ = socket.release();
+    socket_->setParent(this);
+    connect(socket_, &QTcpSocket::readyRead, this, &HttpExchange::read);
+    connect(socket_, &QTcpSocket::errorOccurred, this, &HttpExchange::ended);
+    connect(socket_, &QTcpSocket::disconnected, this,
+            [this] { ended(QAbstractSocket::RemoteHostClosedError); });
+    if (auto* secure = qobject_cast<QSslSocket*>(socket_)) {
+        // Whatever is wrong with the certificate ends the handshake, since nobody says that it may be
+        // ignored.
+        connect(secure, &QSslSocket::encrypted, this, &HttpExchange::write);
+        secure->setPeerVerifyName(request_.url.host(QUrl::FullyEncoded));
+        secure->startClientEncryption();
     } else {
-        fail(HttpFailure::Kind::transport, HttpErrorCodes::of(error, certificateErrors_));
+        write();
+    }
+}
+
+void HttpExchange::write() { socket_->write(std::exchange(bytes_, {})); }
+
+void HttpExchange::read()
+{
+    while (!result_ && socket_->bytesAvailable() > 0) {
+        parser_.feed(socket_->read(pieceSize));
+        if (parser_.result()) {
+            settle(*parser_.result());
+        }
+    }
+}
+
+void HttpExchange::ended(QAbstractSocket::SocketError error)
+{
+    if (result_) {
+        return;
+    }
+    const auto* secure = qobject_cast<QSslSocket*>(socket_);
+    if (secure != nullptr && !secure->isEncrypted() && error == QAbstractSocket::SslHandshakeFailedError) {
+        fail(HttpFailure::Kind::transport, HttpErrorCodes::ofHandshake(secure->sslHandshakeErrors()));
+        return;
+    }
+    read();
+    if (result_) {
+        return;
+    }
+    if (error == QAbstractSocket::RemoteHostClosedError) {
+        parser_.close();
+        settle(*parser_.result());
+    } else {
+        fail(HttpFailure::Kind::transport, HttpErrorCodes::ofTalking(error));
     }
 }
 
@@ -99,8 +146,15 @@ void HttpExchange::settle(HttpResult result)
     }
     result_ = std::move(result);
     timeout_.stop();
-    reply_.reset();
-    // The waiting coroutine may end with this object, which is inside a signal of its reply or timer now.
+    if (dialer_ != nullptr) {
+        std::exchange(dialer_, nullptr)->deleteLater();
+    }
+    if (socket_ != nullptr) {
+        socket_->disconnect(this);
+        socket_->disconnectFromHost();
+        std::exchange(socket_, nullptr)->deleteLater();
+    }
+    // The waiting coroutine may end with this object, which is inside a signal of its socket or timer now.
     QMetaObject::invokeMethod(this, &HttpExchange::wake, Qt::QueuedConnection);
 }
 

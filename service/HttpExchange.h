@@ -1,9 +1,11 @@
 #pragma once
 
+#include "service/HttpDialer.h"
+#include "service/HttpResponseParser.h"
 #include "service/HttpSession.h"
 
-#include <QNetworkReply>
 #include <QObject>
+#include <QTcpSocket>
 #include <QTimer>
 
 #include <coroutine>
@@ -11,16 +13,16 @@
 #include <memory>
 #include <optional>
 #include <stop_token>
-#include <utility>
 
 namespace roost {
 
-/// One request under way: watches the reply of Qt until it is settled what became of the request, and lets go
-/// of it then. Main thread.
+/// One request and its answer, on a connection of its own: dials, sends once, reads, and stops at the first
+/// of answer, failure, time-out and stop. Awaited by one coroutine. Main thread; only the stop may come from
+/// another.
 class HttpExchange final : public QObject {
 public:
-    /// Takes `reply`, which is the answer to `request` and has just been asked for.
-    HttpExchange(const HttpRequest& request, QNetworkReply* reply, std::stop_token stop, QObject* parent);
+    HttpExchange(HttpRequest request, std::stop_token stop, QObject* parent);
+    ~HttpExchange() override;
 
     /// Ends it as cancelled and wakes who awaits it, both before this returns. When it has ended already,
     /// wakes only.
@@ -38,24 +40,22 @@ public:
     Ending ending() { return {this}; }
 
 private:
-    struct Abandon {
-        void operator()(QNetworkReply* reply) const;
-    };
-
-    void headersCame();
-    void bytesCame();
-    void finished();
+    void dial();
+    void dialed(std::unique_ptr<QTcpSocket> socket, int code);
+    void write();
+    void read();
+    void ended(QAbstractSocket::SocketError error);
     void settle(HttpResult result);
     void fail(HttpFailure::Kind kind, int code);
     void wake();
 
-    HttpRequest::Bodies bodies_;
-    qint64 bodyLimit_;
+    HttpRequest request_;
+    QByteArray bytes_;
+    HttpResponseParser parser_;
     QTimer timeout_;
-    /// Nothing once the result is settled.
-    std::unique_ptr<QNetworkReply, Abandon> reply_;
-    QList<QSslError> certificateErrors_;
-    HttpResponse response_;
+    /// Children of this, each null before its time and after it.
+    HttpDialer* dialer_ = nullptr;
+    QTcpSocket* socket_ = nullptr;
     std::optional<HttpResult> result_;
     std::coroutine_handle<> waiting_;
     /// Last, so that nothing of this is gone while a stop from another thread is being told.

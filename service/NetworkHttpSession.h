@@ -2,17 +2,18 @@
 
 #include "service/HttpSession.h"
 
-#include <QNetworkAccessManager>
 #include <QObject>
 
 #include <memory>
 
 namespace roost {
 
-/// The `HttpSession` of the real network, over Qt Network: HTTP/1.1, TLS by the system's trust store with no
-/// error ever ignored, the system's proxy for everything but this machine itself.
+/// The `HttpSession` of the real network: HTTP/1.1 over Qt's sockets, one connection per request, TLS by the
+/// system's trust store with no error ever ignored, through the system's proxy except to this machine itself.
 ///
-/// Qt tells of a 401 only when its body has come too; until then that answer counts as under way.
+/// Qt's own HTTP client was found unfit: it holds the head of a 401 back until its body has come, and keeps
+/// that body in memory whatever its size; it gives an answer that is not HTTP for a lost connection; and it
+/// sends a request again when the peer closes without an answer.
 class NetworkHttpSession final : public HttpSession {
 public:
     NetworkHttpSession();
@@ -26,7 +27,6 @@ public:
     QCoro::Task<HttpResult> send(HttpRequest request, std::stop_token stop) override;
 
 private:
-    QNetworkAccessManager manager_;
     /// Parent of the exchanges; nothing once the session is being destroyed.
     std::unique_ptr<QObject> exchanges_;
 };

@@ -6,9 +6,9 @@
 #include "programs/brisken-roost/CommandLine.h"
 #include "programs/brisken-roost/FetchCommand.h"
 #include "programs/brisken-roost/StatusCommand.h"
+#include "service/HttpRoute.h"
 #include "service/NetworkHttpSession.h"
 #include "service/RoostEnvironment.h"
-#include "service/SystemProxies.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>

@@ -40,7 +40,10 @@ public:
     {
         connect(socket, &QTcpSocket::readyRead, this, &Connection::read);
         connect(socket, &QTcpSocket::bytesWritten, this, &Connection::flood);
-        connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+        connect(socket, &QTcpSocket::disconnected, this, [this] {
+            --server_.openConnections_;
+            socket_->deleteLater();
+        });
         pause_.setSingleShot(true);
         pause_.setTimerType(Qt::PreciseTimer);
         connect(&pause_, &QTimer::timeout, this, &Connection::run);
@@ -161,8 +164,6 @@ QUrl LoopbackServer::url(const QString& path) const
     return QUrl(QStringLiteral("%1://127.0.0.1:%2%3").arg(scheme).arg(port()).arg(path));
 }
 
-qsizetype LoopbackServer::openConnections() const { return server_->findChildren<Connection*>().size(); }
-
 LoopbackServer::Script LoopbackServer::nextScript()
 {
     if (scripts_.isEmpty()) {
@@ -175,6 +176,8 @@ void LoopbackServer::accept()
 {
     while (QTcpSocket* socket = server_->nextPendingConnection()) {
         ++connections_;
+        ++openConnections_;
+        socket->write(greeting_);
         new Connection(*this, socket);
     }
 }

@@ -62,6 +62,9 @@ public:
     /// requests hang.
     void answer(Script script);
 
+    /// Sent to every client as soon as it has connected, before it asks for anything.
+    void greet(QByteArray bytes) { greeting_ = std::move(bytes); }
+
     quint16 port() const;
     /// "http://127.0.0.1:port" with `path` after it, https with TLS.
     QUrl url(const QString& path = QStringLiteral("/")) const;
@@ -70,7 +73,7 @@ public:
     const QList<QByteArray>& requests() const { return requests_; }
     /// Connections that were made, and those of them that still stand.
     int connections() const { return connections_; }
-    qsizetype openConnections() const;
+    int openConnections() const { return openConnections_; }
 
 private:
     class Connection;
@@ -81,7 +84,9 @@ private:
     bool isTls_;
     QList<Script> scripts_;
     QList<QByteArray> requests_;
+    QByteArray greeting_;
     int connections_ = 0;
+    int openConnections_ = 0;
     /// Owns the connections; last, since they use what stands above.
     std::unique_ptr<QTcpServer> server_;
 };
