@@ -1,0 +1,59 @@
+#pragma once
+
+#include "model/Clock.h"
+#include "programs/roost-service/ControlRoutes.h"
+#include "programs/roost-service/RandomBytes.h"
+#include "programs/roost-service/RequestServer.h"
+#include "programs/roost-service/ServiceOptions.h"
+#include "programs/roost-service/ServiceRoutes.h"
+#include "programs/roost-service/ServiceState.h"
+
+#include <QString>
+
+#include <expected>
+#include <memory>
+#include <string>
+
+namespace roost::local {
+
+/// The whole local service: two listening sockets on the loopback address and what answers on them. Works
+/// while the event loop of its thread runs; main thread.
+class LocalService {
+public:
+    LocalService(ServiceOptions options, Clock clock, RandomBytes random);
+    ~LocalService();
+    LocalService(const LocalService&) = delete;
+    LocalService& operator=(const LocalService&) = delete;
+
+    /// Begins to listen; called once. The error is one sentence.
+    std::expected<void, QString> start();
+
+    /// Origins of the service and of its control, "http://127.0.0.1:PORT". Empty before `start`.
+    const QByteArray& base() const { return base_; }
+    const QByteArray& control() const { return control_; }
+
+    /// The bearer token of a profile that never expires; empty for an unknown profile.
+    std::string standingToken(const std::string& profile) const;
+
+    /// What the program prints when it is ready: one line of JSON without its end.
+    QByteArray readyLine() const;
+
+    /// Scenarios, counters and time, for tests in this process. Valid as long as this is.
+    ServiceState& state() { return state_; }
+
+private:
+    std::optional<Access> accessOf(const std::string& token) const;
+
+    ServiceOptions options_;
+    RandomBytes random_;
+    ServiceState state_;
+    std::unique_ptr<ServiceRoutes> routes_;
+    ControlRoutes controlRoutes_;
+    QByteArray base_;
+    QByteArray control_;
+    // Last, so that connections end before what answers them.
+    RequestServer server_;
+    RequestServer controlServer_;
+};
+
+} // namespace roost::local

@@ -1,0 +1,57 @@
+#include "programs/roost-service/Redaction.h"
+
+#include <QList>
+
+#include <algorithm>
+#include <array>
+
+namespace roost::local {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr std::array<const char*, 7> secretFields{"code",         "code_verifier", "state", "refresh_token",
+                                                  "access_token", "token",         "ticket"};
+constexpr std::array<const char*, 3> secretHeaders{"authorization", "cookie", "proxy-authorization"};
+constexpr qsizetype longestBody = 4096;
+
+bool holds(const auto& names, const QByteArray& name)
+{
+    return std::ranges::any_of(names, [&](const char* known) { return name == known; });
+}
+
+} // namespace
+
+QByteArray withoutSecrets(const QByteArray& query)
+{
+    QList<QByteArray> fields = query.split('&');
+    for (QByteArray& field : fields) {
+        const qsizetype equals = field.indexOf('=');
+        if (equals >= 0 && holds(secretFields, field.left(equals))) {
+            field = field.left(equals + 1) + "…";
+        }
+    }
+    return fields.join('&');
+}
+
+QJsonObject describe(const Request& request)
+{
+    QJsonObject headers;
+    for (const auto& [name, value] : request.headers) {
+        const bool isSecret = holds(secretHeaders, name.toLower());
+        headers.insert(QString::fromLatin1(name).toLower(), isSecret ? u"…"_s : QString::fromLatin1(value));
+    }
+    QJsonObject told{{u"method"_s, QString::fromLatin1(request.method)},
+                     {u"query"_s, QString::fromUtf8(withoutSecrets(request.query))},
+                     {u"headers"_s, headers}};
+    const QByteArray type = request.header("Content-Type").value_or(QByteArray());
+    if (type.startsWith("application/x-www-form-urlencoded")) {
+        told.insert(u"body"_s, QString::fromUtf8(withoutSecrets(request.body.left(longestBody))));
+    } else if (type.startsWith("application/json")) {
+        told.insert(u"body"_s, QString::fromUtf8(request.body.left(longestBody)));
+    }
+    return told;
+}
+
+} // namespace roost::local
