@@ -197,15 +197,16 @@ std::optional<WebURL> readLink(Value value, int depth)
 
 void skip(Value value, int depth)
 {
-    goDeeper(depth);
     switch (typeOf(value)) {
     case json_type::object:
+        goDeeper(depth);
         for (Field field : value.get_object()) {
             keyOf(field);
             skip(field.value(), depth + 1);
         }
         return;
     case json_type::array:
+        goDeeper(depth);
         for (Value element : value.get_array()) {
             skip(element, depth + 1);
         }
