@@ -148,11 +148,12 @@ std::expected<Record, JsonError> Decoder::decode(std::string document) const
             return std::unexpected(JsonError{{}, "expected an object, found something else"});
         }
         Record record;
-        if (json::Problem wrong = json::read(json::Value{json.get_value()}, record, 1)) {
-            return std::unexpected(std::move(*wrong));
-        }
+        const json::Problem wrong = json::read(json::Value{json.get_value()}, record, 1);
         if (json.current_location().error() != simdjson::OUT_OF_BOUNDS) {
             return std::unexpected(JsonError{{}, "not valid JSON: something follows the value"});
+        }
+        if (wrong) {
+            return std::unexpected(std::move(*wrong));
         }
         return record;
     } catch (const json::Malformed& malformed) {
