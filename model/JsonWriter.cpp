@@ -4,7 +4,9 @@
 
 #include <simdjson.h>
 
+#include <QByteArrayView>
 #include <QString>
+#include <QStringDecoder>
 
 namespace roost::json {
 
@@ -14,7 +16,11 @@ void Writer::text(std::string_view text)
         writer_.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
         return;
     }
-    const QByteArray mended = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())).toUtf8();
+    // A byte-order mark at the front is text like any other, so it is kept.
+    QStringDecoder decoder{QStringConverter::Utf8,
+                           QStringConverter::Flag::Stateless | QStringConverter::Flag::ConvertInitialBom};
+    const QString decoded = decoder.decode(QByteArrayView{text.data(), static_cast<qsizetype>(text.size())});
+    const QByteArray mended = decoded.toUtf8();
     writer_.String(mended.constData(), static_cast<rapidjson::SizeType>(mended.size()));
 }
 
