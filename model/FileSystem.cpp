@@ -19,7 +19,8 @@ std::error_code replaceFile(FileSystem& files, const std::filesystem::path& file
         failed = files.rename(beside, file);
     }
     if (failed) {
-        files.remove(beside);
+        // Best effort: what stays is taken over by the next writer.
+        static_cast<void>(files.remove(beside));
         return failed;
     }
     return files.syncFolder(file.parent_path());
