@@ -61,8 +61,8 @@ struct SentenceOf {
 
 std::expected<QString, std::string> bearerTokenFrom(std::string_view text)
 {
-    const QByteArrayView line{text.data(), static_cast<qsizetype>(std::min(text.find('\n'), text.size()))};
-    const QByteArrayView token = line.trimmed();
+    const std::string_view line = text.substr(0, text.find('\n'));
+    const QByteArrayView token = QByteArrayView{line}.trimmed();
     if (token.isEmpty()) {
         return std::unexpected("A token is missing: give it on standard input or in $BRISKEN_ROOST_TOKEN.");
     }
