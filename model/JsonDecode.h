@@ -19,8 +19,8 @@ template <class Element>
 Problem read(Value value, std::vector<Element>& out, int depth)
 {
     out.clear();
-    if (Problem wrong = expect(value, simdjson::ondemand::json_type::array, "an array", depth)) {
-        return wrong;
+    if (startOf(value) != '[') {
+        return mistyped(value, "an array", depth);
     }
     Problem first;
     for (Value element : value.get_array()) {
@@ -36,14 +36,16 @@ Problem read(Value value, std::vector<Element>& out, int depth)
 template <class Member>
 Problem read(Value value, std::optional<Member>& out, int depth)
 {
-    return read(value, out.emplace(), depth);
+    // Not `emplace()`: clang decides too early, inside the record around it, that a nested record with
+    // initialised members cannot be made from nothing.
+    return read(value, out.emplace(Member{}), depth);
 }
 
 template <JsonEnumeration Enumeration>
 Problem read(Value value, Enumeration& out, int depth)
 {
-    if (Problem wrong = expect(value, simdjson::ondemand::json_type::string, "a string", depth)) {
-        return wrong;
+    if (startOf(value) != '"') {
+        return mistyped(value, "a string", depth);
     }
     const auto& names = JsonNames<Enumeration>::names;
     const auto found = std::ranges::find(names, textOf(value));
@@ -65,7 +67,7 @@ Problem readMember(Value value, const JsonField<Record, Member>& field, Record& 
                    int depth)
 {
     Member& member = record.*field.member;
-    if (field.absence != Absence::fails && typeOf(value) == simdjson::ondemand::json_type::null) {
+    if (field.absence != Absence::fails && startOf(value) == 'n') {
         skip(value, depth);
         member = Record{}.*field.member;
         return nullptr;
@@ -81,49 +83,88 @@ Problem readMember(Value value, const JsonField<Record, Member>& field, Record& 
     }
 }
 
+/// What became of the fields of one record, by their place in its table.
 template <JsonRecord Record>
-Problem read(Value value, Record& out, int depth)
-{
-    if (Problem wrong = expect(value, simdjson::ondemand::json_type::object, "an object", depth)) {
-        return wrong;
-    }
-    constexpr auto& fields = JsonFields<Record>::fields;
-    constexpr std::size_t count = std::tuple_size_v<std::remove_cvref_t<decltype(fields)>>;
-    std::array<bool, count> present{};
-    std::array<Problem, count> problems;
+class Findings {
+public:
+    static constexpr auto& fields = JsonFields<Record>::fields;
+    static constexpr std::size_t count = std::tuple_size_v<std::remove_cvref_t<decltype(fields)>>;
 
-    for (Field entry : value.get_object()) {
-        const std::string_view key = keyOf(entry);
-        Value entryValue = entry.value();
-        const auto readIf = [&]<std::size_t I>() {
-            const auto& field = std::get<I>(fields);
-            if (key != field.key) {
-                return false;
-            }
-            problems[I] = readMember(entryValue, field, out, present[I], depth + 1);
-            return true;
-        };
-        const bool known = [&]<std::size_t... I>(std::index_sequence<I...>) {
-            return (readIf.template operator()<I>() || ...);
-        }(std::make_index_sequence<count>{});
-        if (!known) {
-            skip(entryValue, depth + 1);
+    /// Whether the key was there, with a value that does not stand for its absence.
+    bool& present(std::size_t field) { return present_[field]; }
+
+    /// What is wrong with the last value of a field, or that nothing is.
+    void set(std::size_t field, Problem wrong)
+    {
+        if (wrong && !problems_) {
+            problems_ = std::make_unique<std::array<Problem, count>>();
+        }
+        if (problems_) {
+            (*problems_)[field] = std::move(wrong);
         }
     }
 
-    const auto firstProblem = [&]<std::size_t... I>(std::index_sequence<I...>) {
-        Problem first;
-        const auto check = [&](std::size_t i, const auto& field) {
-            if (!problems[i] && !present[i] && field.absence == Absence::fails) {
-                problems[i] = problem("missing");
+    /// The problem of the first field in the table that has one; a required field that is absent is one.
+    Problem first()
+    {
+        return [this]<std::size_t... I>(std::index_sequence<I...>) {
+            Problem found;
+            static_cast<void>(((found = this->template problemOf<I>()) || ...));
+            return found;
+        }(std::make_index_sequence<count>{});
+    }
+
+private:
+    template <std::size_t I>
+    Problem problemOf()
+    {
+        constexpr auto& field = std::get<I>(fields);
+        if (problems_ && (*problems_)[I]) {
+            return under(field.key, std::move((*problems_)[I]));
+        }
+        if (field.absence == Absence::fails && !present_[I]) {
+            return under(field.key, problem("missing"));
+        }
+        return nullptr;
+    }
+
+    std::array<bool, count> present_{};
+    std::unique_ptr<std::array<Problem, count>> problems_; // made for the first one: usually there is none
+};
+
+template <JsonRecord Record>
+Problem read(Value value, Record& out, int depth)
+{
+    if (startOf(value) != '{') {
+        return mistyped(value, "an object", depth);
+    }
+    Findings<Record> findings;
+    for (Field entry : value.get_object()) {
+        Value entryValue = entry.value();
+        const auto readIf = [&]<std::size_t I>(const auto& keyIs) {
+            constexpr auto& field = std::get<I>(Findings<Record>::fields);
+            static_assert(field.key.size() <= longestKey);
+            if (!keyIs(field.key)) {
+                return false;
             }
-            first = under(field.key, std::move(problems[i]));
-            return first != nullptr;
+            findings.set(I, readMember(entryValue, field, out, findings.present(I), depth + 1));
+            return true;
         };
-        static_cast<void>((check(I, std::get<I>(fields)) || ...));
-        return first;
-    };
-    return firstProblem(std::make_index_sequence<count>{});
+        const auto readWhere = [&](const auto& keyIs) {
+            return [&]<std::size_t... I>(std::index_sequence<I...>) {
+                return (readIf.template operator()<I>(keyIs) || ...);
+            }(std::make_index_sequence<Findings<Record>::count>{});
+        };
+        if (readWhere([raw = entry.key().value().raw()](std::string_view key) { return isKey(key, raw); })) {
+            continue;
+        }
+        // The key is unknown, or it has escapes.
+        const std::string_view found = keyOf(entry);
+        if (!readWhere([found](std::string_view key) { return found == key; })) {
+            skip(entryValue, depth + 1);
+        }
+    }
+    return findings.first();
 }
 
 } // namespace roost::json

@@ -33,12 +33,15 @@ const char* nameOf(json_type type)
     throw Malformed{"unknown kind of value"};
 }
 
-/// The text of a number, "true", "false" or "null", as it stands in the document.
+/// A value that is neither array nor object, as it stands in the document.
 std::string_view tokenOf(Value& value)
 {
-    std::string_view token = value.raw_json_token();
-    const auto last = token.find_last_not_of(" \t\r\n");
-    return token.substr(0, last + 1);
+    const std::string_view token = value.raw_json_token();
+    const char* end = token.data() + token.size();
+    while (end[-1] == ' ' || end[-1] == '\t' || end[-1] == '\r' || end[-1] == '\n') {
+        --end; // it starts with something else
+    }
+    return {token.data(), end};
 }
 
 unsigned hexOf(const char* four)
@@ -78,16 +81,6 @@ void checkSurrogates(const char* raw)
     }
 }
 
-/// `text` was unescaped from `raw`, which starts after the opening quote. Up to the first escape both are the
-/// same, and an escape yields at least one byte.
-std::string_view checked(std::string_view text, const char* raw)
-{
-    if (std::string_view{raw, text.size()}.contains('\\')) {
-        checkSurrogates(raw);
-    }
-    return text;
-}
-
 void goDeeper(int depth)
 {
     if (depth > deepest) {
@@ -97,7 +90,10 @@ void goDeeper(int depth)
 
 } // namespace
 
-Problem problem(std::string reason) { return std::make_unique<JsonError>(JsonError{{}, std::move(reason)}); }
+// Problems are rare. Out of line, so that the way without one stays short.
+[[gnu::noinline]] void Dispose::operator()(JsonError* problem) const { delete problem; }
+
+Problem problem(std::string reason) { return Problem{new JsonError{{}, std::move(reason)}}; }
 
 Problem under(std::string_view step, Problem found)
 {
@@ -108,37 +104,51 @@ Problem under(std::string_view step, Problem found)
     return found;
 }
 
-json_type typeOf(Value& value) { return value.type(); }
-
-Problem expect(Value& value, json_type wanted, const char* what, int depth)
+Problem mistyped(Value value, const char* what, int depth)
 {
-    const json_type found = typeOf(value);
-    if (found == wanted) {
-        return nullptr;
-    }
+    const json_type found = value.type();
     skip(value, depth);
     return problem(std::string{"expected "} + what + ", found " + nameOf(found));
 }
 
 std::string_view keyOf(Field& field)
 {
-    const char* raw = field.key().value().raw();
-    return checked(field.unescaped_key(), raw);
+    const char* const raw = field.key().value().raw();
+    const char* end = raw;
+    while (*end != '"' && *end != '\\') {
+        ++end;
+    }
+    if (*end == '"') {
+        return {raw, end};
+    }
+    const std::string_view key = field.unescaped_key();
+    checkSurrogates(raw);
+    return key;
 }
 
 std::string_view textOf(Value& value)
 {
-    const char* raw = value.raw_json_token().data() + 1;
-    return checked(value.get_string(), raw);
+    // The quotes, the UTF-8 and the control characters of all strings were checked when the document was
+    // indexed. So a string without an escape is good as it stands and need not be copied.
+    const std::string_view token = tokenOf(value);
+    const char* const raw = token.data() + 1;
+    const std::string_view text{raw, token.size() - 2};
+    if (!text.contains('\\')) {
+        static_cast<void>(value.get_raw_json_string().value()); // goes on to what follows
+        return text;
+    }
+    const std::string_view unescaped = value.get_string();
+    checkSurrogates(raw);
+    return unescaped;
 }
 
 Problem read(Value value, std::int64_t& out, int depth)
 {
-    if (Problem wrong = expect(value, json_type::number, "an integer", depth)) {
-        return wrong;
-    }
     if (value.get_int64().get(out) == simdjson::SUCCESS) {
         return nullptr;
+    }
+    if (value.type() != json_type::number) {
+        return mistyped(value, "an integer", depth);
     }
     const Integer integer = integerOf(tokenOf(value));
     out = integer.value;
@@ -155,8 +165,8 @@ Problem read(Value value, std::int64_t& out, int depth)
 
 Problem read(Value value, bool& out, int depth)
 {
-    if (Problem wrong = expect(value, json_type::boolean, "a boolean", depth)) {
-        return wrong;
+    if (value.type() != json_type::boolean) {
+        return mistyped(value, "a boolean", depth);
     }
     skip(value, depth);
     out = tokenOf(value) == "true";
@@ -165,8 +175,8 @@ Problem read(Value value, bool& out, int depth)
 
 Problem read(Value value, std::string& out, int depth)
 {
-    if (Problem wrong = expect(value, json_type::string, "a string", depth)) {
-        return wrong;
+    if (startOf(value) != '"') {
+        return mistyped(value, "a string", depth);
     }
     out = textOf(value);
     return nullptr;
@@ -174,8 +184,8 @@ Problem read(Value value, std::string& out, int depth)
 
 Problem read(Value value, Date& out, int depth)
 {
-    if (Problem wrong = expect(value, json_type::string, "a date", depth)) {
-        return wrong;
+    if (startOf(value) != '"') {
+        return mistyped(value, "a date", depth);
     }
     const std::string_view text = textOf(value);
     const std::optional<Date> date = RoostJSON::parseDate(text);
@@ -188,7 +198,7 @@ Problem read(Value value, Date& out, int depth)
 
 std::optional<WebURL> readLink(Value value, int depth)
 {
-    if (typeOf(value) != json_type::string) {
+    if (startOf(value) != '"') {
         skip(value, depth);
         return std::nullopt;
     }
@@ -197,7 +207,7 @@ std::optional<WebURL> readLink(Value value, int depth)
 
 void skip(Value value, int depth)
 {
-    switch (typeOf(value)) {
+    switch (value.type()) {
     case json_type::object:
         goDeeper(depth);
         for (Field field : value.get_object()) {

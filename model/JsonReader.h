@@ -7,6 +7,7 @@
 #include <simdjson.h>
 
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
@@ -22,7 +23,10 @@ using Field = simdjson::simdjson_result<simdjson::ondemand::field>;
 
 /// A value that is valid JSON but not what the record needs; null when there is none. A later value for the
 /// same key may still make it good, so it is carried, not thrown.
-using Problem = std::unique_ptr<JsonError>;
+struct Dispose {
+    void operator()(JsonError* problem) const;
+};
+using Problem = std::unique_ptr<JsonError, Dispose>;
 
 /// The document is not valid JSON. Thrown while decoding and caught by the decoder, as is
 /// `simdjson::simdjson_error`.
@@ -38,12 +42,21 @@ Problem problem(std::string reason);
 /// Puts `step`, a key or "[position]", in front of the path of `found`.
 Problem under(std::string_view step, Problem found);
 
-/// Checks that `value` is `wanted`; otherwise walks over it and says "expected `what`, found …".
-Problem expect(Value& value, simdjson::ondemand::json_type wanted, const char* what, int depth);
+/// The first character of `value`: '{', '[' and '"' tell its type; any other has yet to be checked.
+inline char startOf(Value& value) { return *value.raw_json_token().data(); }
 
-simdjson::ondemand::json_type typeOf(Value& value);
+/// For a value of the wrong type: walks over it and says "expected `what`, found …".
+Problem mistyped(Value value, const char* what, int depth);
 
-/// The key of `field`, valid until the document ends.
+/// Whether `key`, of at most `longestKey` characters and none that needs escaping, is the key that starts at
+/// `raw`, as it stands there.
+inline constexpr std::size_t longestKey = simdjson::SIMDJSON_PADDING - 1;
+inline bool isKey(std::string_view key, const char* raw)
+{
+    return std::memcmp(raw, key.data(), key.size()) == 0 && raw[key.size()] == '"';
+}
+
+/// The key of `field`, checked and without escapes; valid until the document ends.
 std::string_view keyOf(Field& field);
 
 Problem read(Value value, std::int64_t& out, int depth);

@@ -1,0 +1,16 @@
+#pragma once
+
+/// What is measured. Each benchmark is named "deed/what/who": those that differ in `who` alone do the same
+/// work on the same bytes. `roost` is the model; the others are the peers beside it.
+namespace roost::bench {
+
+/// Decoding and encoding in memory.
+void registerJsonBenchmarks();
+
+/// Reading and writing the shared file on the disk of the temporary folder.
+void registerStoreBenchmarks();
+
+/// Whether all peers read equal records and write equal bytes: only then are their times comparable.
+bool peersAgree();
+
+} // namespace roost::bench
