@@ -112,23 +112,27 @@ std::error_code lock(int descriptor)
 std::error_code RealFileSystem::makeFolders(const std::filesystem::path& folder)
 {
     struct stat found{};
-    if (::stat(folder.c_str(), &found) == 0) {
-        if (!S_ISDIR(found.st_mode)) {
-            return std::make_error_code(std::errc::not_a_directory);
+    if (::stat(folder.c_str(), &found) != 0) {
+        if (errno != ENOENT) {
+            return lastError();
         }
-        return found.st_uid == ::geteuid() ? std::error_code{}
-                                           : std::make_error_code(std::errc::permission_denied);
-    }
-    if (errno != ENOENT) {
-        return lastError();
-    }
-    for (std::filesystem::path above; const std::filesystem::path& part : folder) {
-        above /= part;
-        if (::mkdir(above.c_str(), S_IRWXU) < 0 && errno != EEXIST) {
+        for (std::filesystem::path above; const std::filesystem::path& part : folder) {
+            above /= part;
+            if (::mkdir(above.c_str(), S_IRWXU) < 0 && errno != EEXIST) {
+                return lastError();
+            }
+        }
+        // What has the name now need not be ours: somebody may have been quicker, and a link to nowhere
+        // counts as existing.
+        if (::stat(folder.c_str(), &found) != 0) {
             return lastError();
         }
     }
-    return {};
+    if (!S_ISDIR(found.st_mode)) {
+        return std::make_error_code(std::errc::not_a_directory);
+    }
+    return found.st_uid == ::geteuid() ? std::error_code{}
+                                       : std::make_error_code(std::errc::permission_denied);
 }
 
 std::expected<std::string, std::error_code> RealFileSystem::read(const std::filesystem::path& file,
@@ -172,7 +176,8 @@ RealFileSystem::openTemporary(const std::filesystem::path& file)
     // the one that the name stands for, and the next try makes a new one.
     constexpr int tries = 100;
     for (int i = 0; i < tries; ++i) {
-        Descriptor descriptor{file, O_WRONLY | O_CREAT | O_NOFOLLOW, S_IRUSR | S_IWUSR};
+        // Not blocking: a pipe that has the name must not hang the program.
+        Descriptor descriptor{file, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK, S_IRUSR | S_IWUSR};
         if (!descriptor) {
             return std::unexpected(lastError());
         }
