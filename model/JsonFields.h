@@ -25,9 +25,6 @@ struct JsonField {
     std::string_view key;
     Member Record::* member;
     Absence absence;
-    /// A value of the wrong type, or one that is no web address, counts as absent instead of failing the
-    /// record.
-    bool lenient = false;
 };
 
 template <class Record, class Member>
@@ -49,12 +46,13 @@ constexpr JsonField<Record, std::optional<Member>> optional(std::string_view key
     return {key, member, Absence::defaults};
 }
 
-/// A link to show, never worth losing the record for.
+/// A link to show, never worth losing the record for: a value of the wrong type, or one that is no web
+/// address, counts as absent.
 template <class Record>
 constexpr JsonField<Record, std::optional<WebURL>> link(std::string_view key,
                                                         std::optional<WebURL> Record::* member)
 {
-    return {key, member, Absence::defaults, true};
+    return {key, member, Absence::defaults};
 }
 
 /// Specialised for each record that stands in JSON: `static constexpr auto fields = std::tuple(…)`, one entry
