@@ -11,7 +11,7 @@ namespace roost {
 using Date = std::chrono::sys_time<std::chrono::milliseconds>;
 
 /// The calendar day of `date` in UTC, "2025-01-31": the form of `Views::Day::day` and `Followers::Day::day`.
-/// Years are proleptic Gregorian, at least four digits, with a "-" in front before the year 0.
+/// Years are proleptic Gregorian, in at least four characters, the "-" of a year before 0 among them.
 std::string dayString(Date date);
 
 /// `seconds` after 1970 as a date, rounded to the nearest millisecond. Values that are no number or lie

@@ -19,8 +19,9 @@ public:
     /// "widget-state.json" in `directory`.
     std::filesystem::path file() const;
 
-    /// Writes `contents` atomically and durably, making the folder first. On failure the old file stays, one
-    /// line goes to the log, and the result is false; there is no retry.
+    /// Writes `contents` atomically and durably, making the folder first. On failure the old file stays (the
+    /// new one when only the last flush failed), one line goes to the log, and the result is false; there is
+    /// no retry.
     bool write(const RoostStoreFile& contents) const;
 
     /// The file's contents; nothing, silently, when it is missing, unreadable, not a store file, or larger
