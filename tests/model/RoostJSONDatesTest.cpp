@@ -19,6 +19,13 @@ struct Case {
 
 Date utc(year_month_day day, milliseconds time = 0ms) { return Date{sys_days{day}} + time; }
 
+/// `value` with zeros in front, `width` digits in all.
+std::string digits(int value, std::size_t width)
+{
+    const std::string text = std::to_string(value);
+    return std::string(width - text.size(), '0') + text;
+}
+
 TEST(ParseDate, TakesZWithAndWithoutAFraction)
 {
     const Date second = utc(2025y / January / 2, 3h + 4min + 5s);
@@ -48,9 +55,8 @@ TEST(ParseDate, TakesOffsetsWithAndWithoutAColon)
 TEST(ParseDate, TakesEveryTimeOfTheDay)
 {
     for (int second = 0; second < 86'400; ++second) {
-        char text[32];
-        std::snprintf(text, sizeof text, "2025-01-02T%02d:%02d:%02dZ", second / 3600, second / 60 % 60,
-                      second % 60);
+        const std::string text = "2025-01-02T" + digits(second / 3600, 2) + ":" +
+                                 digits(second / 60 % 60, 2) + ":" + digits(second % 60, 2) + "Z";
         ASSERT_EQ(parseDate(text), utc(2025y / January / 2, seconds{second})) << text;
     }
 }
@@ -60,8 +66,7 @@ TEST(ParseDate, KnowsTheLengthOfEveryMonth)
     constexpr int lengths[]{31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
     for (int month = 1; month <= 12; ++month) {
         for (int day = 0; day <= 99; ++day) {
-            char text[32];
-            std::snprintf(text, sizeof text, "2025-%02d-%02dT00:00:00Z", month, day);
+            const std::string text = "2025-" + digits(month, 2) + "-" + digits(day, 2) + "T00:00:00Z";
             const bool exists = day >= 1 && day <= lengths[month - 1];
             ASSERT_EQ(parseDate(text).has_value(), exists) << text;
         }
@@ -71,8 +76,7 @@ TEST(ParseDate, KnowsTheLengthOfEveryMonth)
 TEST(ParseDate, KnowsLeapYears)
 {
     for (int year = 0; year <= 9999; ++year) {
-        char text[32];
-        std::snprintf(text, sizeof text, "%04d-02-29T00:00:00Z", year);
+        const std::string text = digits(year, 4) + "-02-29T00:00:00Z";
         const bool leaps = year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
         ASSERT_EQ(parseDate(text).has_value(), leaps) << text;
     }
@@ -101,13 +105,13 @@ TEST(ParseDate, RoundsAFractionOfAnyLengthToTheNearestMillisecond)
     for (const Case& c : cases) {
         EXPECT_EQ(parseDate(c.text), c.date) << c.text;
     }
-    for (std::size_t digits = 1; digits <= 40; ++digits) {
-        const std::string fraction = "." + std::string(digits, '1') + "Z";
+    for (std::size_t count = 1; count <= 40; ++count) {
+        const std::string fraction = "." + std::string(count, '1') + "Z";
         EXPECT_EQ(parseDate("2025-01-02T03:04:05" + fraction),
                   utc(2025y / January / 2, 3h + 4min + 5s +
-                                               (digits == 1   ? 100ms
-                                                : digits == 2 ? 110ms
-                                                              : 111ms)))
+                                               (count == 1   ? 100ms
+                                                : count == 2 ? 110ms
+                                                             : 111ms)))
             << fraction;
     }
 }
@@ -283,10 +287,10 @@ TEST(ParseDate, RefusesEveryTextThatIsOneCharacterAwayInItsSeparators)
 
 TEST(ParseDate, ReadsAMegabyteOfDigitsWithoutTrouble)
 {
-    const std::string digits(1'000'000, '9');
-    EXPECT_EQ(parseDate("2024-12-31T23:59:59." + digits + "Z"), utc(2025y / January / 1));
-    EXPECT_FALSE(parseDate(digits));
-    EXPECT_FALSE(parseDate("2024-12-31T23:59:59." + digits));
+    const std::string nines(1'000'000, '9');
+    EXPECT_EQ(parseDate("2024-12-31T23:59:59." + nines + "Z"), utc(2025y / January / 1));
+    EXPECT_FALSE(parseDate(nines));
+    EXPECT_FALSE(parseDate("2024-12-31T23:59:59." + nines));
 }
 
 TEST(FormatDate, WritesMillisecondsAndZ)
