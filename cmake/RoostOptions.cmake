@@ -38,5 +38,6 @@ if(ROOST_SANITIZE)
   endif()
 endif()
 if(ROOST_FUZZ)
-  add_compile_options(-fsanitize=fuzzer-no-link)
+  add_compile_options(-fsanitize=fuzzer-no-link
+    "-fsanitize-ignorelist=${CMAKE_CURRENT_SOURCE_DIR}/fuzz/sanitizer-ignorelist.txt")
 endif()
