@@ -33,7 +33,10 @@ inline bool isAuthError(const AuthFailure& failure, RoostAuthError::Kind kind)
     return error != nullptr && error->kind == kind;
 }
 
-/// For log lines and the command line.
+/// "invalidGrant", "stopped", "the secret store is locked": for log lines.
 std::string describe(const AuthFailure& failure);
+
+/// The sentence that users are shown, in English; empty when they stopped it themselves.
+std::string messageFor(const AuthFailure& failure);
 
 } // namespace roost

@@ -12,8 +12,8 @@
 
 namespace roost {
 
-/// The client ids of this installation, one per issuer, in the secret store under "client-id|" and the issuer.
-/// An id that could not be stored serves until the program ends. Main thread; outlives its tasks.
+/// The client ids of this installation, one per issuer, in the secret store under "client-id|" and the
+/// issuer. An id that could not be stored serves until the program ends. Main thread; outlives its tasks.
 class ClientIDStore {
 public:
     explicit ClientIDStore(SecretStore& secrets) : secrets_(&secrets) {}

@@ -6,6 +6,7 @@
 #include "service/ClientIDStore.h"
 #include "service/EndpointCache.h"
 #include "service/HttpSession.h"
+#include "service/OAuthAnswers.h"
 #include "service/OAuthEndpoints.h"
 #include "service/PKCE.h"
 #include "service/TokenSet.h"
@@ -14,16 +15,15 @@
 #include <QUrl>
 
 #include <memory>
-#include <optional>
 #include <stop_token>
 #include <string>
 
 namespace roost {
 
 /// The program's OAuth 2 client, a public one: finds the authorization server (RFC 8414, RFC 9728), registers
-/// itself there (RFC 7591), prepares authorization requests (RFC 6749, 7636, 8707) and turns codes and refresh
-/// tokens into tokens. One per program. Main thread; outlives its tasks, and so do session and secrets. A stop
-/// comes back as `Stopped`. Stores nothing but the client id.
+/// itself there (RFC 7591), prepares authorization requests (RFC 6749, 7636, 8707) and turns codes and
+/// refresh tokens into tokens. One per program. Main thread; outlives its tasks, and so do session and
+/// secrets. A stop comes back as `Stopped`. Stores nothing but the client id.
 class OAuthClient {
 public:
     OAuthClient(QUrl baseURL, HttpSession& session, SecretStore& secrets, Clock now);
@@ -35,7 +35,8 @@ public:
     };
 
     /// The checked endpoints of the service. `unsupportedServer` without S256, `insecureEndpoint`,
-    /// `issuerMismatch`, `unexpectedResponse` for a status other than 200, `malformedResponse`, `unreachable`.
+    /// `issuerMismatch`, `unexpectedResponse` for a status other than 200, `malformedResponse`,
+    /// `unreachable`.
     QCoro::Task<AuthResult<OAuthEndpoints>> endpoints(Discovery discovery, std::stop_token stop) const;
 
     /// The client id for the issuer, registered now where none is known. While the secret store cannot tell
@@ -44,7 +45,8 @@ public:
 
     /// False only when the server says for certain that it does not know the id; it is asked with a refresh
     /// token that cannot be valid.
-    QCoro::Task<bool> clientIsKnown(std::string clientID, OAuthEndpoints endpoints, std::stop_token stop) const;
+    QCoro::Task<bool> clientIsKnown(std::string clientID, OAuthEndpoints endpoints,
+                                    std::stop_token stop) const;
 
     /// Everything for one sign-in: discovery, a client id that the server knows, a fresh verifier and state
     /// out of `randomBytes`.
@@ -57,17 +59,12 @@ public:
                                                std::stop_token stop) const;
 
     /// The next tokens of a profile; `refreshToken` is used up by it. Failures as for `exchange` and
-    /// `endpoints`; with `invalidClient` the client id has been forgotten, so that the next sign-in registers.
+    /// `endpoints`; with `invalidClient` the client id has been forgotten, so that the next sign-in
+    /// registers.
     QCoro::Task<AuthResult<TokenSet>> refresh(std::string refreshToken, std::stop_token stop) const;
 
 private:
-    struct Answer {
-        int status = 0;
-        std::string body;
-    };
-
-    QCoro::Task<AuthResult<Answer>> send(HttpRequest request, std::stop_token stop) const;
-    QCoro::Task<AuthResult<std::string>> registered(OAuthEndpoints endpoints, std::stop_token stop) const;
+    QCoro::Task<AuthResult<OAuthAnswers::Answer>> send(HttpRequest request, std::stop_token stop) const;
     QCoro::Task<AuthResult<TokenSet>> tokens(HttpRequest request, std::stop_token stop) const;
 
     QUrl baseURL_;

@@ -1,0 +1,48 @@
+#include "service/ClientIDStore.h"
+
+namespace roost {
+
+namespace {
+
+std::string keyFor(const WebURL& issuer) { return "client-id|" + issuer.text(); }
+
+} // namespace
+
+QCoro::Task<std::expected<std::optional<std::string>, SecretsUnavailable>> ClientIDStore::find(WebURL issuer)
+{
+    const std::string key = keyFor(issuer);
+    if (const auto unstored = unstored_.find(key); unstored != unstored_.end()) {
+        co_return unstored->second;
+    }
+    auto asking = secrets_->get(key);
+    auto stored = co_await asking;
+    if (!stored && stored.error().why == SecretsUnavailable::Why::noService) {
+        co_return std::nullopt;
+    }
+    if (stored && stored->has_value() && (*stored)->empty()) {
+        co_return std::nullopt;
+    }
+    co_return stored;
+}
+
+QCoro::Task<void> ClientIDStore::keep(WebURL issuer, std::string id)
+{
+    const std::string key = keyFor(issuer);
+    // Known from here on, so that nobody registers while it is being stored.
+    unstored_[key] = id;
+    auto storing = secrets_->set(id, key);
+    const auto stored = co_await storing;
+    if (const auto kept = unstored_.find(key); stored && kept != unstored_.end() && kept->second == id) {
+        unstored_.erase(kept);
+    }
+}
+
+QCoro::Task<void> ClientIDStore::forget(WebURL issuer)
+{
+    const std::string key = keyFor(issuer);
+    unstored_.erase(key);
+    auto removing = secrets_->remove(key);
+    static_cast<void>(co_await removing);
+}
+
+} // namespace roost
