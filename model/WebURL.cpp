@@ -1,5 +1,7 @@
 #include "model/WebURL.h"
 
+#include <QUtf8StringView>
+
 namespace roost {
 
 namespace {
@@ -13,6 +15,9 @@ QUrl strictly(std::string_view text)
 
 std::optional<WebURL> WebURL::parse(std::string_view text)
 {
+    if (!QUtf8StringView{text.data(), static_cast<qsizetype>(text.size())}.isValidUtf8()) {
+        return std::nullopt;
+    }
     const QUrl url = strictly(text);
     // QUrl gives schemes in lower case.
     const bool isWeb = url.scheme() == QLatin1String("https") || url.scheme() == QLatin1String("http");

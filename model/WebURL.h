@@ -13,8 +13,8 @@ namespace roost {
 /// value.
 class WebURL {
 public:
-    /// The address in `text`, or nothing when it is no URL (RFC 3986, strictly), has a scheme other than http
-    /// and https (in any case), or has no host.
+    /// The address in `text`, or nothing when it is no URL in UTF-8 (RFC 3986, strictly), has a scheme other
+    /// than http and https (in any case), or has no host.
     static std::optional<WebURL> parse(std::string_view text);
 
     /// The text as received.
