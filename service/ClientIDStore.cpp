@@ -12,7 +12,8 @@ QCoro::Task<std::expected<std::optional<std::string>, SecretsUnavailable>> Clien
 {
     const std::string key = keyFor(issuer);
     if (const auto unstored = unstored_.find(key); unstored != unstored_.end()) {
-        co_return unstored->second;
+        // A copy: QCoro moves from what it is given to return, whatever that belongs to.
+        co_return std::string{unstored->second};
     }
     auto asking = secrets_->get(key);
     auto stored = co_await asking;
