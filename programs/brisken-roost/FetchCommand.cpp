@@ -1,5 +1,7 @@
 #include "programs/brisken-roost/FetchCommand.h"
 
+#include "programs/brisken-roost/AccountFile.h"
+
 #include <QByteArray>
 
 #include <algorithm>
@@ -79,7 +81,6 @@ QCoro::Task<CommandResult> runFetch(FetchCommand command, QString token, WidgetA
     WidgetAPI::Result result = co_await api.fetch(token, stop);
     const std::string sentence = std::visit(SentenceOf{}, result);
     std::optional<std::string> profileId = command.profile;
-    std::string profileName;
     if (const auto* fetched = std::get_if<WidgetAPI::Snapshot>(&result)) {
         const RoostSnapshot::Profile& profile = fetched->snapshot.profile;
         if (profileId && *profileId != profile.id) {
@@ -87,21 +88,9 @@ QCoro::Task<CommandResult> runFetch(FetchCommand command, QString token, WidgetA
                              "The token belongs to another profile, \"" + profile.id + "\".");
         }
         profileId = profile.id;
-        profileName = profile.name;
     }
-    if (profileId) {
-        RoostStoreFile file = store.read().value_or(RoostStoreFile{});
-        auto record = std::ranges::find(file.accounts, *profileId, &RoostAccountRecord::profileId);
-        if (record == file.accounts.end() && sentence.empty()) {
-            record = file.accounts.insert(file.accounts.end(), RoostAccountRecord{*profileId, profileName});
-        }
-        if (record != file.accounts.end()) {
-            *record = folded(std::move(*record), std::visit(OutcomeOf{}, std::move(result)), now());
-            file.writtenAt = now();
-            if (!store.write(file)) {
-                co_return failed(ExitCode::failure, "The numbers could not be written.");
-            }
-        }
+    if (profileId && !AccountFile{store, now}.note(*profileId, std::visit(OutcomeOf{}, std::move(result)))) {
+        co_return failed(ExitCode::failure, "The numbers could not be written.");
     }
     co_return sentence.empty() ? CommandResult{} : failed(ExitCode::failure, sentence);
 }

@@ -1,12 +1,9 @@
 #include "programs/brisken-roost/StatusText.h"
 
-#include <QString>
+#include "programs/brisken-roost/TerminalText.h"
 
 #include <algorithm>
 #include <array>
-#include <clocale>
-#include <cwchar>
-#include <numeric>
 
 namespace roost {
 
@@ -46,35 +43,6 @@ constexpr std::array<bool, columnCount> isText{true, false, false, false, false,
 
 using Row = std::array<Cell, columnCount>;
 
-/// The columns that `c` takes. The C locale knows ASCII alone, so a UTF-8 one is asked, whatever the process
-/// uses.
-int widthOf(char32_t c)
-{
-    static const locale_t utf8 = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-    const locale_t before = uselocale(utf8);
-    const int width = wcwidth(static_cast<wchar_t>(c));
-    uselocale(before);
-    return std::max(width, 0);
-}
-
-/// `text` on one line, without anything that a terminal would act upon.
-std::string harmless(const std::string& text)
-{
-    QString clean;
-    for (const char32_t c : QString::fromStdString(text).toUcs4()) {
-        const QChar::Category category = QChar::category(c);
-        const bool breaks = category == QChar::Separator_Line || category == QChar::Separator_Paragraph;
-        if (c == U'\n' || c == U'\t' || breaks) {
-            clean.append(QLatin1Char(' '));
-        } else if (category == QChar::Other_Control) {
-            clean.append(QChar{u'·'});
-        } else {
-            clean.append(QString::fromUcs4(&c, 1));
-        }
-    }
-    return clean.toStdString();
-}
-
 std::string number(const std::optional<std::int64_t>& value)
 {
     return value ? std::to_string(*value) : nothing;
@@ -104,13 +72,13 @@ std::string bestText(const StatusReport::Entry& entry)
         return nothing;
     }
     const std::string what = entry.best->text.empty() ? entry.best->label : entry.best->text;
-    return std::to_string(entry.best->views) + "  " + harmless(what);
+    return std::to_string(entry.best->views) + "  " + onOneLine(what);
 }
 
 Row rowOf(const StatusReport::Entry& entry)
 {
     Row row;
-    row[name] = {harmless(entry.profileName)};
+    row[name] = {onOneLine(entry.profileName)};
     row[views] = {number(entry.viewsTotal), Tone::heading};
     row[previous] = {number(entry.viewsPrevious), Tone::quiet};
     row[followers] = {number(entry.followersTotal)};
@@ -165,30 +133,6 @@ void append(std::string& line, const Cell& cell, int width, bool alignLeft, bool
 }
 
 } // namespace
-
-int displayWidth(const std::string& text)
-{
-    const QList<uint> characters = QString::fromStdString(text).toUcs4();
-    return std::accumulate(characters.begin(), characters.end(), 0,
-                           [](int sum, char32_t c) { return sum + widthOf(c); });
-}
-
-std::string elided(const std::string& text, int width)
-{
-    if (displayWidth(text) <= width) {
-        return text;
-    }
-    QString kept;
-    int taken = 0;
-    for (const char32_t c : QString::fromStdString(text).toUcs4()) {
-        taken += widthOf(c);
-        if (taken > width - 1) {
-            break;
-        }
-        kept.append(QString::fromUcs4(&c, 1));
-    }
-    return kept.toStdString() + "…";
-}
 
 std::string statusText(const StatusReport& report, TableStyle style)
 {

@@ -18,10 +18,4 @@ struct TableStyle {
 /// texts are elided where the terminal is too narrow, numbers never.
 std::string statusText(const StatusReport& report, TableStyle style);
 
-/// How many columns of a terminal `text` takes (UTF-8).
-int displayWidth(const std::string& text);
-
-/// `text` cut to `width` columns, the last of which is then "…".
-std::string elided(const std::string& text, int width);
-
 } // namespace roost

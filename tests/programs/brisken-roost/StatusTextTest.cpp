@@ -1,5 +1,6 @@
 #include "programs/brisken-roost/StatusText.h"
 
+#include "programs/brisken-roost/TerminalText.h"
 #include "tests/programs/brisken-roost/Records.h"
 
 #include <gmock/gmock.h>
@@ -112,14 +113,6 @@ TEST(StatusText, LetsNoTextSteerTheTerminal)
 TEST(StatusText, NamesTheNetworkOfABestPostWithoutText)
 {
     EXPECT_THAT(tableOf({withBest(recordOf("a", 1, 1s), "")}), HasSubstr("9200  X"));
-}
-
-TEST(Elided, KeepsWhatFitsAndEndsInAnEllipsis)
-{
-    EXPECT_EQ(elided("short", 5), "short");
-    EXPECT_EQ(elided("longer", 5), "long…");
-    EXPECT_EQ(elided("日本語", 5), "日本…");
-    EXPECT_EQ(displayWidth(elided("日本語", 4)), 3);
 }
 
 } // namespace

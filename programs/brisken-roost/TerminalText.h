@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+/// Texts for a terminal, whoever wrote them. Pure functions; UTF-8.
+namespace roost {
+
+/// `text` on one line, without anything that a terminal would act upon: control characters come out as "·".
+std::string onOneLine(const std::string& text);
+
+/// How many columns of a terminal `text` takes.
+int displayWidth(const std::string& text);
+
+/// `text` cut to `width` columns, the last of which is then "…".
+std::string elided(const std::string& text, int width);
+
+} // namespace roost

@@ -1,0 +1,32 @@
+#include "programs/brisken-roost/TerminalText.h"
+
+#include <gtest/gtest.h>
+
+namespace roost {
+namespace {
+
+TEST(OnOneLine, LetsNoTextSteerTheTerminal)
+{
+    EXPECT_EQ(onOneLine("one\ntwo\tthree\u2028four\u2029five"), "one two three four five");
+    EXPECT_EQ(onOneLine("\x1b[2J\x07\u009b\x7f"), "·[2J···");
+    EXPECT_EQ(onOneLine("Brisken é 日本 🐦"), "Brisken é 日本 🐦");
+}
+
+TEST(DisplayWidth, CountsTheColumnsOfATerminal)
+{
+    EXPECT_EQ(displayWidth(""), 0);
+    EXPECT_EQ(displayWidth("abc"), 3);
+    EXPECT_EQ(displayWidth("日本語"), 6);
+    EXPECT_EQ(displayWidth("e\u0301"), 1);
+}
+
+TEST(Elided, KeepsWhatFitsAndEndsInAnEllipsis)
+{
+    EXPECT_EQ(elided("short", 5), "short");
+    EXPECT_EQ(elided("longer", 5), "long…");
+    EXPECT_EQ(elided("日本語", 5), "日本…");
+    EXPECT_EQ(displayWidth(elided("日本語", 4)), 3);
+}
+
+} // namespace
+} // namespace roost
