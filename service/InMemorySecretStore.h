@@ -15,7 +15,8 @@ public:
     QCoro::Task<std::expected<bool, SecretsUnavailable>> contains(std::string key) override;
     QCoro::Task<std::expected<void, KeychainError>> set(std::string value, std::string key) override;
     QCoro::Task<bool> remove(std::string key) override;
-    QCoro::Task<std::expected<std::vector<std::string>, SecretsUnavailable>> keys(std::string prefix) override;
+    QCoro::Task<std::expected<std::vector<std::string>, SecretsUnavailable>>
+    keys(std::string prefix) override;
 
     /// The user who is asked opens a locked store. One that is unavailable for another reason stays so.
     QCoro::Task<bool> unlock() override;

@@ -10,8 +10,8 @@
 
 namespace roost {
 
-/// A value could not be stored. The status is one of the numbers of the platform whose keychain gave the error
-/// its name.
+/// A value could not be stored. The status is one of the numbers of the platform whose keychain gave the
+/// error its name.
 struct KeychainError {
     /// The store is locked and may not ask the user.
     static constexpr std::int32_t interactionNotAllowed = -25308;
@@ -51,8 +51,8 @@ struct SecretsUnavailable {
 /// Keeps the few values that must survive restarts and must not lie in plain files. A map of texts (UTF-8) by
 /// key: keys and values are stored byte for byte. Shared by everybody who keeps secrets; called on the main
 /// thread, whose event loop goes on during each call. Calls may run at once; those for one key take effect in
-/// the order in which they were made, and every one of them but `unlock` ends within seconds, whatever the store
-/// does. Only `unlock` asks the user anything. Outlives its tasks.
+/// the order in which they were made, and every one of them but `unlock` ends within seconds, whatever the
+/// store does. Only `unlock` asks the user anything. Outlives its tasks.
 class SecretStore {
 public:
     virtual ~SecretStore() = default;

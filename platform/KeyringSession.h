@@ -1,0 +1,68 @@
+#pragma once
+
+#include "platform/GLibOwned.h"
+#include "platform/KeyringFailure.h"
+
+#include <libsecret/secret.h>
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace roost {
+
+/// One conversation with the Secret Service, over a connection to the session bus that nobody else uses. Asks
+/// the user nothing. Everything blocks until there is an answer or `stop` is cancelled, and belongs to one
+/// thread, the one whose own main context is the current one. After a failure other than `locked` it is not
+/// worth keeping: the service may have been started anew.
+class KeyringSession {
+public:
+    /// Names and values; UTF-8 without a zero byte.
+    using Attributes = std::map<std::string, std::string>;
+
+    /// Object paths.
+    struct Items {
+        std::vector<std::string> unlocked;
+        std::vector<std::string> locked;
+    };
+
+    static KeyringResult<std::unique_ptr<KeyringSession>> open(GCancellable* stop);
+
+    /// The path of the default collection; `noCollection` when the service has none.
+    KeyringResult<std::string> defaultCollection(GCancellable* stop);
+
+    /// Success when the collection is open, or opens without a question, as one without a password does.
+    KeyringResult<void> ensureOpen(std::string collection, GCancellable* stop);
+
+    /// The items of all collections that have these attributes and maybe more.
+    KeyringResult<Items> search(const Attributes& attributes, GCancellable* stop);
+
+    KeyringResult<Attributes> attributes(const std::string& item, GCancellable* stop);
+
+    KeyringResult<std::string> secret(const std::string& item, GCancellable* stop);
+
+    /// Makes an item in the collection, or gives the one with the same attributes this secret, in one step.
+    KeyringResult<void> store(const std::string& collection, const Attributes& attributes,
+                              const std::string& secret, GCancellable* stop);
+
+    KeyringResult<void> erase(const std::string& item, GCancellable* stop);
+
+    /// Calls any method of the service; `arguments` is taken over, floating as it is.
+    KeyringResult<GOwnedVariant> call(const std::string& path, const char* interface, const char* method,
+                                      GVariant* arguments, const char* replyType, GCancellable* stop);
+
+    GDBusConnection* connection() const { return connection_.get(); }
+
+private:
+    KeyringSession(GOwned<GDBusConnection> connection, GOwned<SecretService> service);
+
+    KeyringResult<GOwnedVariant> property(const std::string& path, const char* interface, const char* name,
+                                          const char* type, GCancellable* stop);
+
+    GOwned<GDBusConnection> connection_;
+    GOwned<SecretService> service_;
+};
+
+} // namespace roost
