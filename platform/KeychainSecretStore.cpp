@@ -2,6 +2,7 @@
 
 #include "platform/KeyringItems.h"
 #include "platform/KeyringPrompt.h"
+#include "platform/KeyringThread.h"
 
 #include <QCoro/QCoroFuture>
 #include <QUtf8StringView>
@@ -22,10 +23,12 @@ bool canBeKey(const std::string& text) { return isUtf8(text) && !text.contains('
 
 KeychainSecretStore::KeychainSecretStore(std::string service, Patience patience)
     : service_(std::move(service)),
-      thread_(patience.service, KeyringThread::Late::cancelled),
-      askingThread_(patience.user, KeyringThread::Late::leftRunning)
+      thread_(std::make_unique<KeyringThread>(patience.service, KeyringThread::Late::cancelled)),
+      askingThread_(std::make_unique<KeyringThread>(patience.user, KeyringThread::Late::leftRunning))
 {
 }
+
+KeychainSecretStore::~KeychainSecretStore() = default;
 
 QCoro::Task<std::expected<std::optional<std::string>, SecretsUnavailable>>
 KeychainSecretStore::get(std::string key)
@@ -33,7 +36,7 @@ KeychainSecretStore::get(std::string key)
     if (!canBeKey(key)) {
         co_return std::nullopt;
     }
-    const auto answer = thread_.ask<std::optional<std::string>>(
+    const auto answer = thread_->ask<std::optional<std::string>>(
         [service = service_, key](KeyringSession& session, GCancellable* stop) {
             return KeyringItems::secret(session, service, key, stop);
         });
@@ -53,7 +56,7 @@ QCoro::Task<std::expected<bool, SecretsUnavailable>> KeychainSecretStore::contai
         co_return false;
     }
     const auto answer =
-        thread_.ask<bool>([service = service_, key](KeyringSession& session, GCancellable* stop) {
+        thread_->ask<bool>([service = service_, key](KeyringSession& session, GCancellable* stop) {
             return KeyringItems::contains(session, service, key, stop);
         });
     const KeyringResult<bool> contains = co_await answer;
@@ -69,7 +72,7 @@ QCoro::Task<std::expected<void, KeychainError>> KeychainSecretStore::set(std::st
         co_return std::unexpected(KeychainError{KeychainError::parameter});
     }
     const auto answer =
-        thread_.ask<void>([service = service_, key, value](KeyringSession& session, GCancellable* stop) {
+        thread_->ask<void>([service = service_, key, value](KeyringSession& session, GCancellable* stop) {
             return KeyringItems::store(session, service, key, value, stop);
         });
     const KeyringResult<void> stored = co_await answer;
@@ -85,7 +88,7 @@ QCoro::Task<bool> KeychainSecretStore::remove(std::string key)
         co_return true;
     }
     const auto answer =
-        thread_.ask<void>([service = service_, key](KeyringSession& session, GCancellable* stop) {
+        thread_->ask<void>([service = service_, key](KeyringSession& session, GCancellable* stop) {
             return KeyringItems::erase(session, service, key, stop);
         });
     const KeyringResult<void> erased = co_await answer;
@@ -95,7 +98,7 @@ QCoro::Task<bool> KeychainSecretStore::remove(std::string key)
 QCoro::Task<std::expected<std::vector<std::string>, SecretsUnavailable>>
 KeychainSecretStore::keys(std::string prefix)
 {
-    const auto answer = thread_.ask<std::vector<std::string>>(
+    const auto answer = thread_->ask<std::vector<std::string>>(
         [service = service_, prefix](KeyringSession& session, GCancellable* stop) {
             return KeyringItems::accounts(session, service, prefix, stop);
         });
@@ -108,7 +111,7 @@ KeychainSecretStore::keys(std::string prefix)
 
 QCoro::Task<bool> KeychainSecretStore::unlock()
 {
-    const auto answer = askingThread_.ask<bool>(openByAsking);
+    const auto answer = askingThread_->ask<bool>(openByAsking);
     const KeyringResult<bool> isOpen = co_await answer;
     co_return isOpen && *isOpen;
 }

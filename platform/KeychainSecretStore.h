@@ -1,12 +1,14 @@
 #pragma once
 
-#include "platform/KeyringThread.h"
 #include "service/SecretStore.h"
 
 #include <chrono>
+#include <memory>
 #include <string>
 
 namespace roost {
+
+class KeyringThread;
 
 /// The `SecretStore` on the user's keyring: the Secret Service of the session bus, by libsecret. Needs no
 /// particular event loop. One item per key, in the default collection, with the attributes `service` and
@@ -23,7 +25,12 @@ public:
     };
 
     /// Connects to nothing yet.
-    explicit KeychainSecretStore(std::string service, Patience patience);
+    KeychainSecretStore(std::string service, Patience patience);
+
+    /// Waits for nobody: what is under way ends as not answered.
+    ~KeychainSecretStore() override;
+    KeychainSecretStore(const KeychainSecretStore&) = delete;
+    KeychainSecretStore& operator=(const KeychainSecretStore&) = delete;
 
     QCoro::Task<std::expected<std::optional<std::string>, SecretsUnavailable>> get(std::string key) override;
     QCoro::Task<std::expected<bool, SecretsUnavailable>> contains(std::string key) override;
@@ -35,9 +42,9 @@ public:
 
 private:
     std::string service_;
-    KeyringThread thread_;
+    std::unique_ptr<KeyringThread> thread_;
     /// Another thread, so that the keyring is read while the user thinks.
-    KeyringThread askingThread_;
+    std::unique_ptr<KeyringThread> askingThread_;
 };
 
 } // namespace roost

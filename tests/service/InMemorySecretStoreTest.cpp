@@ -27,7 +27,7 @@ TEST(InMemorySecretStore, RefusesToWriteWhenToldToAndKeepsThePreviousValue)
 
     EXPECT_EQ(statusOf(await(store.set("second", "key"))), -25308);
     EXPECT_EQ(statusOf(await(store.set("new", "other"))), -25308);
-    EXPECT_EQ(await(store.get("key")), std::optional<std::string>("first"));
+    EXPECT_EQ(await(store.get("key")).value(), std::optional<std::string>("first"));
     EXPECT_EQ(await(store.contains("other")), false);
 }
 
@@ -39,7 +39,7 @@ TEST(InMemorySecretStore, ReadsAndRemovesWhileItRefusesToWrite)
 
     EXPECT_EQ(await(store.keys("k")), std::vector<std::string>{"key"});
     EXPECT_TRUE(await(store.remove("key")));
-    EXPECT_EQ(await(store.get("key")), std::optional<std::string>());
+    EXPECT_EQ(await(store.get("key")).value(), std::optional<std::string>());
 }
 
 TEST(InMemorySecretStore, ListsKeysByThePrefixInTheOrderOfTheirBytes)
@@ -76,7 +76,7 @@ TEST(InMemorySecretStore, IsOpenedByTheUserWhenItIsLocked)
     store.unavailable = SecretsUnavailable{Why::locked};
 
     EXPECT_TRUE(await(store.unlock()));
-    EXPECT_EQ(await(store.get("key")), std::optional<std::string>("value"));
+    EXPECT_EQ(await(store.get("key")).value(), std::optional<std::string>("value"));
     EXPECT_TRUE(await(store.unlock()));
 }
 

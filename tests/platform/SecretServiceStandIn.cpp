@@ -1,0 +1,81 @@
+#include "tests/platform/SecretServiceStandIn.h"
+
+#include <QDBusObjectPath>
+#include <QDBusVariant>
+
+namespace roost::test {
+
+namespace {
+
+using Paths = QList<QDBusObjectPath>;
+
+const QString rootPath = QStringLiteral("/org/freedesktop/secrets");
+const QString collectionPath = rootPath + QStringLiteral("/collection/only");
+
+} // namespace
+
+SecretServiceStandIn::SecretServiceStandIn(const PrivateBus& bus, Collection collection)
+    : connection_(QDBusConnection::connectToBus(QString::fromStdString(bus.address()),
+                                                QStringLiteral("secret service stand-in"))),
+      collection_(collection)
+{
+    connection_.registerVirtualObject(rootPath, this, QDBusConnection::SubPath);
+    connection_.registerService(QStringLiteral("org.freedesktop.secrets"));
+}
+
+SecretServiceStandIn::~SecretServiceStandIn() { QDBusConnection::disconnectFromBus(connection_.name()); }
+
+void SecretServiceStandIn::answerWithPassword()
+{
+    collection_ = Collection::open;
+    complete(false);
+}
+
+void SecretServiceStandIn::close() { complete(true); }
+
+QString SecretServiceStandIn::introspect(const QString& /*path*/) const { return {}; }
+
+bool SecretServiceStandIn::handleMessage(const QDBusMessage& message, const QDBusConnection& connection)
+{
+    return connection.send(message.createReply(replyTo(message)));
+}
+
+QVariantList SecretServiceStandIn::replyTo(const QDBusMessage& message)
+{
+    const QString member = message.member();
+    if (member == QStringLiteral("ReadAlias")) {
+        const bool isThere = collection_ != Collection::missing;
+        return {QVariant::fromValue(QDBusObjectPath{isThere ? collectionPath : QStringLiteral("/")})};
+    }
+    if (member == QStringLiteral("Get")) {
+        return {QVariant::fromValue(QDBusVariant{collection_ == Collection::locked})};
+    }
+    if (member == QStringLiteral("Unlock") || member == QStringLiteral("CreateCollection")) {
+        const QString prompt = rootPath + QStringLiteral("/prompt/p%1").arg(++offeredCount_);
+        const QVariant nothingYet = member == QStringLiteral("Unlock")
+                                        ? QVariant::fromValue(Paths{})
+                                        : QVariant::fromValue(QDBusObjectPath{QStringLiteral("/")});
+        return {nothingYet, QVariant::fromValue(QDBusObjectPath{prompt})};
+    }
+    if (member == QStringLiteral("SearchItems")) {
+        return {QVariant::fromValue(Paths{}), QVariant::fromValue(Paths{})};
+    }
+    if (member == QStringLiteral("Prompt")) {
+        ++putCount_;
+        questions_.append(message.path());
+    }
+    if (member == QStringLiteral("Dismiss")) {
+        ++dismissCount_;
+    }
+    return {};
+}
+
+void SecretServiceStandIn::complete(bool isDismissed)
+{
+    QDBusMessage signal = QDBusMessage::createSignal(
+        questions_.takeFirst(), QStringLiteral("org.freedesktop.Secret.Prompt"), QStringLiteral("Completed"));
+    signal << isDismissed << QVariant::fromValue(QDBusVariant{QString()});
+    connection_.send(signal);
+}
+
+} // namespace roost::test

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "tests/support/GuardedProcess.h"
+#include "tests/support/ScopedVariable.h"
+#include "tests/support/ScratchFolder.h"
+
+#include <QDBusConnection>
+#include <QString>
+
+#include <deque>
+#include <string>
+
+namespace roost::test {
+
+/// A session of its own for one test: a new home with empty XDG folders and a session bus (dbus-daemon) that
+/// nobody else is on. While it lives, the environment of this process names them and no display, so that this
+/// process and those it starts are in that session. One at a time, on the main thread.
+class PrivateBus {
+public:
+    enum class Activation {
+        /// Only what a test starts is on the bus.
+        none,
+        /// The bus starts the services that are installed on this machine, as on a desktop.
+        installed,
+    };
+
+    explicit PrivateBus(Activation activation = Activation::none);
+    ~PrivateBus();
+    PrivateBus(const PrivateBus&) = delete;
+    PrivateBus& operator=(const PrivateBus&) = delete;
+
+    const std::string& address() const { return address_; }
+    std::filesystem::path home() const { return folder_.path(); }
+    /// XDG_DATA_HOME.
+    std::filesystem::path dataHome() const { return folder_ / "data"; }
+
+    /// A connection of the test to the bus, for looking on.
+    const QDBusConnection& connection() const { return connection_; }
+
+    /// Returns when somebody on the bus has `name`, or nobody has it any more. Throws after the guard time.
+    void awaitName(const QString& name, bool isThere) const;
+
+    /// Kills the bus and what it started.
+    void end() { daemon_.end(); }
+
+private:
+    ScratchFolder folder_;
+    std::deque<ScopedVariable> environment_;
+    GuardedProcess daemon_;
+    std::string address_;
+    QDBusConnection connection_;
+};
+
+} // namespace roost::test
