@@ -72,6 +72,12 @@ private:
     bool isOver_ = false;
 };
 
+bool isOpen(KeyringSession& session, GCancellable* stop)
+{
+    const KeyringResult<std::string> collection = session.defaultCollection(stop);
+    return collection && session.ensureOpen(*collection, stop);
+}
+
 /// The path of the question that opens or makes the default collection; "/" when none is needed.
 KeyringResult<std::string> questionFor(KeyringSession& session, GCancellable* stop)
 {
@@ -103,6 +109,9 @@ KeyringResult<std::string> questionFor(KeyringSession& session, GCancellable* st
 
 KeyringResult<bool> openByAsking(KeyringSession& session, GCancellable* stop)
 {
+    if (isOpen(session, stop)) {
+        return true;
+    }
     const KeyringResult<std::string> prompt = questionFor(session, stop);
     if (!prompt) {
         return std::unexpected(prompt.error());
@@ -116,8 +125,7 @@ KeyringResult<bool> openByAsking(KeyringSession& session, GCancellable* stop)
         }
         watch.wait();
     }
-    const KeyringResult<std::string> collection = session.defaultCollection(stop);
-    return collection && session.ensureOpen(*collection, stop);
+    return isOpen(session, stop);
 }
 
 } // namespace roost

@@ -34,12 +34,24 @@ GVariant* endRefusal(SecretService* /*service*/, GAsyncResult* result, GError** 
     return static_cast<GVariant*>(g_task_propagate_pointer(G_TASK(result), error));
 }
 
+/// libsecret's own constructor asks for the shared connection of the process, whatever it was given.
+GObject* constructOnItsConnection(GType type, guint count, GObjectConstructParam* properties)
+{
+    const auto* libsecret = static_cast<GObjectClass*>(g_type_class_peek(SECRET_TYPE_SERVICE));
+    GObject* made = libsecret->constructor(type, count, properties);
+    constexpr int flags =
+        G_DBUS_PROXY_FLAGS_DO_NOT_LOAD_PROPERTIES | G_DBUS_PROXY_FLAGS_DO_NOT_CONNECT_SIGNALS;
+    g_object_set(made, "g-bus-type", G_BUS_TYPE_NONE, "g-flags", flags, nullptr);
+    return made;
+}
+
 void initClass(gpointer klass, gpointer /*data*/)
 {
     SecretServiceClass& service = static_cast<QuietServiceClass*>(klass)->parent;
     service.prompt_sync = refusePrompt;
     service.prompt_async = refusePromptLater;
     service.prompt_finish = endRefusal;
+    static_cast<GObjectClass*>(klass)->constructor = constructOnItsConnection;
 }
 
 GType quietServiceType()
@@ -54,12 +66,7 @@ GType quietServiceType()
 
 GOwned<SecretService> quietSecretService(GDBusConnection* connection, GCancellable* stop, GError** error)
 {
-    constexpr int flags =
-        G_DBUS_PROXY_FLAGS_DO_NOT_LOAD_PROPERTIES | G_DBUS_PROXY_FLAGS_DO_NOT_CONNECT_SIGNALS;
-    gpointer made =
-        g_initable_new(quietServiceType(), stop, error, "g-connection", connection, "g-flags", flags,
-                       "g-name", "org.freedesktop.secrets", "g-object-path", "/org/freedesktop/secrets",
-                       "g-interface-name", "org.freedesktop.Secret.Service", nullptr);
+    gpointer made = g_initable_new(quietServiceType(), stop, error, "g-connection", connection, nullptr);
     return GOwned<SecretService>{static_cast<SecretService*>(made)};
 }
 

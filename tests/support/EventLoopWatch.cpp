@@ -1,26 +1,40 @@
 #include "tests/support/EventLoopWatch.h"
 
-#include <QAbstractEventDispatcher>
+#include "tests/support/RunUntil.h"
 
 #include <algorithm>
 #include <fstream>
 
 namespace roost::test {
 
-EventLoopWatch::EventLoopWatch() : comparison_([this](const std::stop_token& stop) { compare(stop); })
+namespace {
+
+constexpr std::chrono::milliseconds nap{2};
+
+} // namespace
+
+EventLoopWatch::EventLoopWatch()
+    : last_(now()),
+      comparison_([this](const std::stop_token& stop) { compare(stop); })
 {
-    QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance();
-    QObject::connect(dispatcher, &QAbstractEventDispatcher::awake, &context_, [this] {
-        if (!awake_) {
-            awake_ = now();
-        }
-    });
-    QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, &context_, [this] { endTurn(); });
+    timer_.setTimerType(Qt::PreciseTimer);
+    timer_.setInterval(nap);
+    QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { look(); });
 }
 
 EventLoopWatch::~EventLoopWatch() = default;
 
-std::chrono::milliseconds EventLoopWatch::longestTurn() const
+bool EventLoopWatch::runUntil(const std::function<bool()>& condition)
+{
+    last_ = now();
+    timer_.start();
+    const bool holds = test::runUntil(condition);
+    look();
+    timer_.stop();
+    return holds;
+}
+
+std::chrono::milliseconds EventLoopWatch::longestWait() const
 {
     return std::chrono::duration_cast<std::chrono::milliseconds>(longest_);
 }
@@ -34,21 +48,17 @@ EventLoopWatch::Instant EventLoopWatch::now()
     return {Clock::now(), std::chrono::nanoseconds{waiting}};
 }
 
-void EventLoopWatch::endTurn()
+void EventLoopWatch::look()
 {
-    if (!awake_) {
-        return;
-    }
-    const Instant end = now();
+    const Instant current = now();
     const Clock::duration excused =
-        std::max<Clock::duration>(end.waited - awake_->waited, latenessBetween(awake_->time, end.time));
-    longest_ = std::max(longest_, end.time - awake_->time - excused);
-    awake_.reset();
+        std::max<Clock::duration>(current.waited - last_.waited, latenessBetween(last_.time, current.time));
+    longest_ = std::max(longest_, current.time - last_.time - nap - excused);
+    last_ = current;
 }
 
 void EventLoopWatch::compare(const std::stop_token& stop)
 {
-    constexpr std::chrono::milliseconds nap{2};
     while (!stop.stop_requested()) {
         const Clock::time_point due = Clock::now() + nap;
         std::this_thread::sleep_until(due);

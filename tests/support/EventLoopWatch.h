@@ -1,18 +1,19 @@
 #pragma once
 
-#include <QObject>
+#include <QTimer>
 
 #include <chrono>
+#include <functional>
 #include <mutex>
-#include <optional>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace roost::test {
 
-/// Watches how long the event loop of this thread is away from its events: from waking up to going back to
-/// sleep. Time in which the machine did not let the thread run is not counted; it is told by the scheduler's
-/// own accounts and by a second thread that does nothing but wake up often.
+/// Watches how long the event loop of this thread leaves its events waiting. Time in which the machine did
+/// not let the thread run is not counted; it is told by the scheduler's own accounts and by a second thread
+/// that does nothing but wake up often.
 class EventLoopWatch {
 public:
     using Clock = std::chrono::steady_clock;
@@ -22,8 +23,11 @@ public:
     EventLoopWatch(const EventLoopWatch&) = delete;
     EventLoopWatch& operator=(const EventLoopWatch&) = delete;
 
-    /// The longest time so far that was this thread's own.
-    std::chrono::milliseconds longestTurn() const;
+    /// Like the free function, with an eye on the loop.
+    [[nodiscard]] bool runUntil(const std::function<bool()>& condition);
+
+    /// The longest time so far, in `runUntil`, for which an event had to wait because of this thread.
+    std::chrono::milliseconds longestWait() const;
 
 private:
     struct Instant {
@@ -33,12 +37,12 @@ private:
     };
 
     static Instant now();
-    void endTurn();
+    void look();
     void compare(const std::stop_token& stop);
     Clock::duration latenessBetween(Clock::time_point begin, Clock::time_point end);
 
-    QObject context_;
-    std::optional<Instant> awake_;
+    QTimer timer_;
+    Instant last_;
     Clock::duration longest_{};
     std::mutex mutex_;
     /// When the second thread woke up too late, and by how much.
