@@ -27,7 +27,7 @@ TEST(EventLoopWatch, SeesALoopThatIsHeldUp)
     EventLoopWatch watch;
     bool isDone = false;
     QTimer::singleShot(0, [&] {
-        std::this_thread::sleep_for(milliseconds{80});
+        std::this_thread::sleep_for(milliseconds{200});
         isDone = true;
     });
     ASSERT_TRUE(watch.runUntil([&] { return isDone; }));

@@ -51,8 +51,8 @@ EventLoopWatch::Instant EventLoopWatch::now()
 void EventLoopWatch::look()
 {
     const Instant current = now();
-    const Clock::duration excused =
-        std::max<Clock::duration>(current.waited - last_.waited, latenessBetween(last_.time, current.time));
+    const Clock::duration excused = std::max<Clock::duration>(current.waited - last_.waited,
+                                                              longestDelayBetween(last_.time, current.time));
     longest_ = std::max(longest_, current.time - last_.time - nap - excused);
     last_ = current;
 }
@@ -70,18 +70,18 @@ void EventLoopWatch::compare(const std::stop_token& stop)
     }
 }
 
-EventLoopWatch::Clock::duration EventLoopWatch::latenessBetween(Clock::time_point begin,
-                                                                Clock::time_point end)
+EventLoopWatch::Clock::duration EventLoopWatch::longestDelayBetween(Clock::time_point begin,
+                                                                    Clock::time_point end)
 {
     const std::scoped_lock held(mutex_);
-    Clock::duration sum{};
+    Clock::duration longest{};
     for (const auto& [woken, lateness] : late_) {
         if (woken > begin && woken - lateness < end) {
-            sum += std::min(woken, end) - std::max(woken - lateness, begin);
+            longest = std::max(longest, std::min(woken, end) - std::max(woken - lateness, begin));
         }
     }
     std::erase_if(late_, [begin](const auto& entry) { return entry.first < begin; });
-    return sum;
+    return longest;
 }
 
 } // namespace roost::test

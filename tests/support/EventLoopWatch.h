@@ -39,7 +39,7 @@ private:
     static Instant now();
     void look();
     void compare(const std::stop_token& stop);
-    Clock::duration latenessBetween(Clock::time_point begin, Clock::time_point end);
+    Clock::duration longestDelayBetween(Clock::time_point begin, Clock::time_point end);
 
     QTimer timer_;
     Instant last_;
