@@ -77,6 +77,12 @@ std::expected<Command, QString> fetchFrom(const QCommandLineParser& parser)
     return command;
 }
 
+/// Whether `word` is the address that the desktop entry starts the program with.
+bool isCallback(const QString& word)
+{
+    return word.startsWith(QLatin1String("briskenroost:"), Qt::CaseInsensitive);
+}
+
 /// A command by its name: the options it takes, and how they become a command.
 struct Grammar {
     QString name;
@@ -143,6 +149,14 @@ std::expected<CommandLine, QString> parseCommandLine(const QStringList& words, c
     const QStringList positional = parser.positionalArguments();
     if (positional.isEmpty()) {
         return unusable(QStringLiteral("A command is missing."));
+    }
+    if (std::ranges::any_of(positional, isCallback)) {
+        // No message repeats it: it holds a secret.
+        if (positional.size() > 1) {
+            return unusable(QStringLiteral("An address of a sign-in stands alone."));
+        }
+        line.command = OpenCallbackCommand{positional.first().toStdString()};
+        return line;
     }
     if (grammar == nullptr) {
         return unusable(QStringLiteral("There is no command \"%1\".").arg(positional.first()));

@@ -28,6 +28,15 @@ struct FetchCommand {
     bool operator==(const FetchCommand&) const = default;
 };
 
+/// An address of the scheme "briskenroost" as the only word: the desktop entry starts the program so, when
+/// the browser comes back from a sign-in.
+struct OpenCallbackCommand {
+    /// As received; holds a secret.
+    std::string address;
+
+    bool operator==(const OpenCallbackCommand&) const = default;
+};
+
 /// `--help` and `--version`: a text for standard output.
 struct PrintCommand {
     QString text;
@@ -35,7 +44,7 @@ struct PrintCommand {
     bool operator==(const PrintCommand&) const = default;
 };
 
-using Command = std::variant<StatusCommand, FetchCommand, PrintCommand>;
+using Command = std::variant<StatusCommand, FetchCommand, OpenCallbackCommand, PrintCommand>;
 
 struct CommandLine {
     Command command;

@@ -5,6 +5,7 @@
 #include "model/SharedContainer.h"
 #include "programs/brisken-roost/CommandLine.h"
 #include "programs/brisken-roost/FetchCommand.h"
+#include "programs/brisken-roost/OpenCallbackCommand.h"
 #include "programs/brisken-roost/StatusCommand.h"
 #include "service/HttpRoute.h"
 #include "service/NetworkHttpSession.h"
@@ -79,6 +80,11 @@ struct Run {
     CommandResult operator()(const PrintCommand& command) const
     {
         return {ExitCode::fine, command.text.toStdString(), {}};
+    }
+
+    CommandResult operator()(const OpenCallbackCommand& command) const
+    {
+        return QCoro::waitFor(runOpenCallback(command, QProcessEnvironment::systemEnvironment()));
     }
 
     CommandResult operator()(const StatusCommand& command) const

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "bus/Handover.h"
+
+#include <QCoro/QCoroTask>
+#include <QStringList>
+
+#include <chrono>
+
+namespace roost {
+
+/// Hands `uris` to the process that has the program's name on the bus at `addresses` (as
+/// `sessionBusAddresses` gives them). Each step has the time `timeout`; who does not answer in it counts as
+/// `declined`. Main thread.
+QCoro::Task<Handover> openOnBus(QString addresses, QStringList uris, std::chrono::milliseconds timeout);
+
+} // namespace roost

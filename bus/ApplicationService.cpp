@@ -1,0 +1,63 @@
+#include "bus/ApplicationService.h"
+
+#include "bus/BusCall.h"
+#include "bus/RoostBus.h"
+
+namespace roost {
+
+namespace {
+
+using Claim = ApplicationService::Claim;
+
+/// D-Bus Specification, "org.freedesktop.DBus.RequestName".
+constexpr uint doNotQueue = 4;
+constexpr uint primaryOwner = 1;
+constexpr uint alreadyOwner = 4;
+
+} // namespace
+
+ApplicationService::ApplicationService(QString addresses, ApplicationAdaptor::Opened opened)
+    : addresses_(std::move(addresses)),
+      opened_(std::move(opened))
+{
+}
+
+ApplicationService::~ApplicationService() = default;
+
+QCoro::Task<Claim> ApplicationService::start(std::chrono::milliseconds timeout)
+{
+    auto opening = BusConnection::open(addresses_, timeout);
+    bus_ = co_await opening;
+    if (!bus_) {
+        co_return Claim{};
+    }
+    QDBusConnection connection = bus_->get();
+    new ApplicationAdaptor(connection, opened_, this);
+    // The object is there before the name is: whoever finds the name finds all of it.
+    connection.registerObject(RoostBus::path, this);
+    connection.connect({}, QStringLiteral("/org/freedesktop/DBus"), QStringLiteral("org.freedesktop.DBus"),
+                       QStringLiteral("NameLost"), this, SLOT(loseName(QString)));
+    connection.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
+                       QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
+                       SLOT(loseBus()));
+    auto requesting = callBusDaemon(connection, QStringLiteral("RequestName"),
+                                    {RoostBus::name, QVariant::fromValue(doNotQueue)}, timeout);
+    const QDBusMessage reply = co_await requesting;
+    const uint code = reply.arguments().value(0).toUInt();
+    if (reply.type() != QDBusMessage::ReplyMessage) {
+        co_return Claim{};
+    }
+    if (code == primaryOwner || code == alreadyOwner) {
+        isOwner_ = bus_->get().isConnected();
+        co_return Claim{Claim::Kind::owned, connection.baseService()};
+    }
+    auto asking = callBusDaemon(connection, QStringLiteral("GetNameOwner"), {RoostBus::name}, timeout);
+    const QDBusMessage owner = co_await asking;
+    co_return Claim{Claim::Kind::taken, owner.arguments().value(0).toString()};
+}
+
+void ApplicationService::loseName(const QString& name) { isOwner_ = isOwner_ && name != RoostBus::name; }
+
+void ApplicationService::loseBus() { isOwner_ = false; }
+
+} // namespace roost

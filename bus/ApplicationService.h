@@ -1,0 +1,58 @@
+#pragma once
+
+#include "bus/ApplicationAdaptor.h"
+#include "bus/SessionBus.h"
+
+#include <QCoro/QCoroTask>
+#include <QObject>
+
+#include <chrono>
+#include <memory>
+
+namespace roost {
+
+/// The program on the session bus, under its well-known name as long as this object lives: other starts of
+/// the program hand over what they were started with. Main thread; outlives its tasks.
+class ApplicationService final : public QObject {
+    Q_OBJECT
+
+public:
+    struct Claim {
+        enum class Kind {
+            /// The name is ours.
+            owned,
+            /// Another process, `owner`, has the name. It is neither waited for nor driven out.
+            taken,
+            /// There is no bus, or none that answers.
+            noBus,
+        };
+
+        Kind kind = Kind::noBus;
+        /// The unique name of who has the name; empty without a bus.
+        QString owner;
+
+        bool operator==(const Claim&) const = default;
+    };
+
+    /// `addresses` are those of the bus, as `sessionBusAddresses` gives them.
+    ApplicationService(QString addresses, ApplicationAdaptor::Opened opened);
+    ~ApplicationService() override;
+
+    /// Connects, and takes the name when it is free. Once. Every step has the time `timeout`.
+    QCoro::Task<Claim> start(std::chrono::milliseconds timeout);
+
+    /// Whether the name is ours still: the bus may have gone away.
+    bool isOwner() const { return isOwner_; }
+
+private Q_SLOTS: // NOLINT: called by the bus
+    void loseName(const QString& name);
+    void loseBus();
+
+private:
+    QString addresses_;
+    ApplicationAdaptor::Opened opened_;
+    std::shared_ptr<BusConnection> bus_;
+    bool isOwner_ = false;
+};
+
+} // namespace roost

@@ -1,0 +1,34 @@
+#include "bus/BusCall.h"
+
+#include "model/Arrival.h"
+
+#include <QDBusPendingCallWatcher>
+
+namespace roost {
+
+QCoro::Task<QDBusMessage> callOnBus(QDBusConnection connection, QDBusMessage call,
+                                    std::chrono::milliseconds timeout)
+{
+    call.setAutoStartService(false);
+    const Arrival<QDBusMessage> end;
+    QDBusPendingCallWatcher watcher(connection.asyncCall(call, static_cast<int>(timeout.count())));
+    QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, &watcher,
+                     [end](QDBusPendingCallWatcher* finished) { end.set(finished->reply()); });
+    const auto coming = end.coming();
+    QDBusMessage answer = co_await coming;
+    co_return answer;
+}
+
+QCoro::Task<QDBusMessage> callBusDaemon(QDBusConnection connection, QString method, QVariantList arguments,
+                                        std::chrono::milliseconds timeout)
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
+                                                       QStringLiteral("/org/freedesktop/DBus"),
+                                                       QStringLiteral("org.freedesktop.DBus"), method);
+    call.setArguments(arguments);
+    auto calling = callOnBus(connection, call, timeout);
+    QDBusMessage answer = co_await calling;
+    co_return answer;
+}
+
+} // namespace roost

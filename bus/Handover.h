@@ -1,0 +1,17 @@
+#pragma once
+
+namespace roost {
+
+/// What became of an address that was handed to whoever may be waiting for it.
+enum class Handover {
+    /// It was taken.
+    taken,
+    /// Somebody is there, who was not waiting for this address, or does not answer.
+    declined,
+    /// Nobody is there.
+    nobody,
+    /// The way itself is missing: no session bus, no folder of this user's own.
+    noWay,
+};
+
+} // namespace roost
