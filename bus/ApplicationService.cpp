@@ -53,7 +53,8 @@ QCoro::Task<Claim> ApplicationService::start(std::chrono::milliseconds timeout)
     }
     auto asking = callBusDaemon(connection, QStringLiteral("GetNameOwner"), {RoostBus::name}, timeout);
     const QDBusMessage owner = co_await asking;
-    co_return Claim{Claim::Kind::taken, owner.arguments().value(0).toString()};
+    const bool isKnown = owner.type() == QDBusMessage::ReplyMessage;
+    co_return Claim{Claim::Kind::taken, isKnown ? owner.arguments().value(0).toString() : QString{}};
 }
 
 void ApplicationService::loseName(const QString& name) { isOwner_ = isOwner_ && name != RoostBus::name; }

@@ -28,7 +28,7 @@ public:
         };
 
         Kind kind = Kind::noBus;
-        /// The unique name of who has the name; empty without a bus.
+        /// The unique name of who has the name; empty without a bus, and when its owner has just left.
         QString owner;
 
         bool operator==(const Claim&) const = default;

@@ -85,7 +85,7 @@ QList<BusSocket> busSocketsIn(const QString& addresses)
         }
         for (const QString& item : address.sliced(5).split(QLatin1Char(','))) {
             const qsizetype equals = item.indexOf(QLatin1Char('='));
-            const QString key = item.left(equals);
+            const QString key = equals < 0 ? QString{} : item.left(equals);
             const bool isPath = key == QLatin1String("path");
             if (isPath || key == QLatin1String("abstract")) {
                 const QString name = QUrl::fromPercentEncoding(item.sliced(equals + 1).toLatin1());

@@ -49,8 +49,10 @@ BrowserAuthenticator::authenticate(WebURL url, QString callbackScheme, std::stop
     QTimer timer;
     timer.setSingleShot(true);
     QObject::connect(&timer, &QTimer::timeout, &timer, [this, attempt] {
-        qCInfo(RoostLog::auth, "sign-in: no callback came in time");
-        giveUp(attempt);
+        if (!attempt->end.isSet()) {
+            qCInfo(RoostLog::auth, "sign-in: no callback came in time");
+            giveUp(attempt);
+        }
     });
     timer.start(parts_.timeout);
     const std::stop_callback onStop(stop, [this, attempt] {

@@ -26,16 +26,16 @@ QCoro::Task<std::optional<ToolResult>> runTool(QString program, QStringList argu
     }
     using Result = std::optional<ToolResult>;
     const Arrival<Result> end;
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.setStandardErrorFile(QProcess::nullDevice());
+    auto* process = new QProcess(QCoreApplication::instance());
+    process->setProcessEnvironment(environment);
+    process->setStandardInputFile(QProcess::nullDevice());
+    process->setStandardErrorFile(QProcess::nullDevice());
     QObject::connect(
-        &process, &QProcess::finished, &process, [&process, end](int exitCode, QProcess::ExitStatus status) {
-            end.set(status == QProcess::NormalExit ? Result{ToolResult{exitCode, process.read(mostOutput)}}
+        process, &QProcess::finished, process, [process, end](int exitCode, QProcess::ExitStatus status) {
+            end.set(status == QProcess::NormalExit ? Result{ToolResult{exitCode, process->read(mostOutput)}}
                                                    : Result{});
         });
-    QObject::connect(&process, &QProcess::errorOccurred, &process, [end](QProcess::ProcessError error) {
+    QObject::connect(process, &QProcess::errorOccurred, process, [end](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart) {
             end.set(std::nullopt);
         }
@@ -44,15 +44,20 @@ QCoro::Task<std::optional<ToolResult>> runTool(QString program, QStringList argu
     timer.setSingleShot(true);
     QObject::connect(&timer, &QTimer::timeout, &timer, [end] { end.set(std::nullopt); });
     timer.start(timeout);
-    process.start(found, arguments, QIODevice::ReadOnly);
+    process->start(found, arguments, QIODevice::ReadOnly);
     const std::stop_callback onStop(stop, [end] {
         QMetaObject::invokeMethod(
             QCoreApplication::instance(), [end] { end.set(std::nullopt); }, Qt::QueuedConnection);
     });
     const auto coming = end.coming();
     Result result = co_await coming;
-    // What still runs is killed by the destructor of `process`.
-    process.disconnect();
+    process->disconnect();
+    if (process->state() == QProcess::NotRunning) {
+        process->deleteLater();
+    } else {
+        QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
+        process->kill();
+    }
     co_return result;
 }
 

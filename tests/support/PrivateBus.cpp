@@ -62,8 +62,8 @@ QString freshName()
 
 PrivateBus::PrivateBus(Activation activation)
     : daemon_(commandIn(folder_, environment_, activation)),
-      address_(daemon_.line()),
-      connection_(QDBusConnection::connectToBus(QString::fromStdString(address_), freshName()))
+      address_(QString::fromStdString(daemon_.line())),
+      connection_(QDBusConnection::connectToBus(address_, freshName()))
 {
     if (!connection_.isConnected()) {
         throw std::runtime_error("no private bus: " + connection_.lastError().message().toStdString());

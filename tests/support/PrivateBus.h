@@ -8,7 +8,6 @@
 #include <QString>
 
 #include <deque>
-#include <string>
 
 namespace roost::test {
 
@@ -29,7 +28,7 @@ public:
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;
 
-    const std::string& address() const { return address_; }
+    const QString& address() const { return address_; }
     std::filesystem::path home() const { return folder_.path(); }
     /// XDG_DATA_HOME.
     std::filesystem::path dataHome() const { return folder_ / "data"; }
@@ -40,6 +39,10 @@ public:
     /// Returns when somebody on the bus has `name`, or nobody has it any more. Throws after the guard time.
     void awaitName(const QString& name, bool isThere) const;
 
+    /// Stops the bus in its tracks, so that nothing answers, and has it go on.
+    void freeze() const { daemon_.freeze(); }
+    void thaw() const { daemon_.thaw(); }
+
     /// Kills the bus and what it started.
     void end() { daemon_.end(); }
 
@@ -47,7 +50,7 @@ private:
     ScratchFolder folder_;
     std::deque<ScopedVariable> environment_;
     GuardedProcess daemon_;
-    std::string address_;
+    QString address_;
     QDBusConnection connection_;
 };
 

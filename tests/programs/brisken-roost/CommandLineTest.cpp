@@ -77,6 +77,24 @@ TEST(CommandLine, RefusesWhatItDoesNotKnowInOneSentence)
     EXPECT_THAT(errorOf({"--info"}), HasSubstr("info"));
 }
 
+TEST(CommandLine, TakesTheAddressOfASignIn)
+{
+    EXPECT_EQ(parse({"briskenroost://callback?a=b&c=%20"})->command,
+              Command{OpenCallbackCommand{"briskenroost://callback?a=b&c=%20"}});
+    EXPECT_EQ(parse({"BriskenRoost:x"})->command, Command{OpenCallbackCommand{"BriskenRoost:x"}});
+    EXPECT_EQ(parse({"--info", "a.json", "briskenroost:x"})->infoFile, QStringLiteral("a.json"));
+    EXPECT_EQ(errorOf({"briskenroosts:x"}),
+              "There is no command \"briskenroosts:x\". Try brisken-roost --help.");
+}
+
+TEST(CommandLine, DoesNotRepeatTheAddressOfASignIn)
+{
+    const std::string alone = "An address of a sign-in stands alone. Try brisken-roost --help.";
+    EXPECT_EQ(errorOf({"briskenroost:canary", "status"}), alone);
+    EXPECT_EQ(errorOf({"status", "briskenroost:canary"}), alone);
+    EXPECT_EQ(errorOf({"briskenroost:canary", "briskenroost:canary"}), alone);
+}
+
 TEST(CommandLine, TakesAProfileThatIsNamedLikeACommand)
 {
     EXPECT_EQ(parse({"status", "--profile", "fetch"})->command,

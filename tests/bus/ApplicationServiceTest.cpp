@@ -1,0 +1,170 @@
+#include "bus/ApplicationService.h"
+
+#include "tests/bus/BusPeer.h"
+#include "tests/support/PrivateBus.h"
+
+#include <gmock/gmock.h>
+
+#include <QDeadlineTimer>
+
+namespace roost::test {
+namespace {
+
+using namespace std::chrono_literals;
+using Kind = ApplicationService::Claim::Kind;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const QString open = QStringLiteral("Open");
+const QStringList uris{QStringLiteral("briskenroost://callback?code=1&state=2"), QStringLiteral("b")};
+
+/// A service on a private bus, which takes every address or none.
+struct Program {
+    PrivateBus& bus;
+    bool isWaiting = true;
+    std::vector<QStringList> opened;
+    ApplicationService service{bus.address(), [this](const QStringList& addresses) {
+                                   opened.push_back(addresses);
+                                   return isWaiting;
+                               }};
+};
+
+TEST(ApplicationService, TakesTheNameThatIsFree)
+{
+    PrivateBus bus;
+    Program program{bus};
+    const auto claim = await(program.service.start(guardTime));
+    EXPECT_EQ(claim.kind, Kind::owned);
+    EXPECT_EQ(claim.owner, BusPeer(bus.address()).ownerOfName());
+    EXPECT_TRUE(program.service.isOwner());
+}
+
+TEST(ApplicationService, GivesTheAddressesThatAreOpened)
+{
+    PrivateBus bus;
+    Program program{bus};
+    await(program.service.start(guardTime));
+    const QVariantMap platformData{{QStringLiteral("desktop-startup-id"), QStringLiteral("x")}};
+    const QDBusMessage answer = BusPeer(bus.address()).call(open, {uris, platformData});
+    EXPECT_EQ(answer.type(), QDBusMessage::ReplyMessage) << answer.errorMessage().toStdString();
+    EXPECT_THAT(program.opened, ElementsAre(uris));
+}
+
+TEST(ApplicationService, TellsTheCallerThatNobodyWaits)
+{
+    PrivateBus bus;
+    Program program{bus, false};
+    await(program.service.start(guardTime));
+    const QDBusMessage answer = BusPeer(bus.address()).call(open, {uris, QVariantMap{}});
+    EXPECT_EQ(answer.errorName(), RoostBus::notAwaited);
+    EXPECT_FALSE(answer.errorMessage().contains(QLatin1String("code"))) << "nothing of the address";
+    EXPECT_THAT(program.opened, ElementsAre(uris));
+}
+
+TEST(ApplicationService, DoesNotLookAtTooManyOrTooLongAddresses)
+{
+    PrivateBus bus;
+    Program program{bus};
+    await(program.service.start(guardTime));
+    const BusPeer peer(bus.address());
+    const QStringList many(ApplicationAdaptor::mostAddresses + 1, QStringLiteral("a"));
+    const QStringList longOne{QString(ApplicationAdaptor::longestAddress + 1, QLatin1Char('a'))};
+    EXPECT_EQ(peer.call(open, {many, QVariantMap{}}).errorName(), RoostBus::notAwaited);
+    EXPECT_EQ(peer.call(open, {longOne, QVariantMap{}}).errorName(), RoostBus::notAwaited);
+    EXPECT_THAT(program.opened, IsEmpty());
+}
+
+TEST(ApplicationService, AnswersTheRestOfTheStandardInterface)
+{
+    PrivateBus bus;
+    Program program{bus};
+    await(program.service.start(guardTime));
+    const BusPeer peer(bus.address());
+    EXPECT_EQ(peer.call(QStringLiteral("Activate"), {QVariantMap{}}).type(), QDBusMessage::ReplyMessage);
+    EXPECT_EQ(
+        peer.call(QStringLiteral("ActivateAction"), {QStringLiteral("x"), QVariantList{}, QVariantMap{}})
+            .type(),
+        QDBusMessage::ReplyMessage);
+    EXPECT_EQ(peer.call(QStringLiteral("Explode"), {}).type(), QDBusMessage::ErrorMessage);
+    EXPECT_EQ(peer.call(open, {QStringLiteral("wrong signature")}).type(), QDBusMessage::ErrorMessage);
+    EXPECT_THAT(program.opened, IsEmpty());
+}
+
+TEST(ApplicationService, SaysWhoHasTheNameAndDoesNotQueueForIt)
+{
+    PrivateBus bus;
+    const BusPeer stranger(bus.address());
+    ASSERT_EQ(stranger.takeName(), 1U);
+    Program program{bus};
+    const auto claim = await(program.service.start(guardTime));
+    EXPECT_EQ(claim, (ApplicationService::Claim{Kind::taken, stranger.uniqueName()}));
+    EXPECT_FALSE(program.service.isOwner());
+    stranger.leaveName();
+    EXPECT_EQ(stranger.ownerOfName(), QString{});
+}
+
+TEST(ApplicationService, DrivesNobodyOutAndIsNotDrivenOut)
+{
+    PrivateBus bus;
+    constexpr uint allowReplacement = 1;
+    constexpr uint replaceExistingWithoutQueue = 2 + 4;
+    const BusPeer stranger(bus.address());
+    ASSERT_EQ(stranger.takeName(allowReplacement), 1U);
+    Program late{bus};
+    EXPECT_EQ(await(late.service.start(guardTime)).kind, Kind::taken);
+    stranger.leaveName();
+
+    Program program{bus};
+    ASSERT_EQ(await(program.service.start(guardTime)).kind, Kind::owned);
+    EXPECT_EQ(stranger.takeName(replaceExistingWithoutQueue), 3U) << "the name exists";
+    EXPECT_TRUE(program.service.isOwner());
+}
+
+TEST(ApplicationService, LeavesTheNameWhenItGoes)
+{
+    PrivateBus bus;
+    auto program = std::make_unique<Program>(bus);
+    ASSERT_EQ(await(program->service.start(guardTime)).kind, Kind::owned);
+    program.reset();
+    const BusPeer peer(bus.address());
+    const QDeadlineTimer guard(guardTime);
+    while (!peer.ownerOfName().isEmpty() && !guard.hasExpired()) {
+    }
+    EXPECT_EQ(peer.ownerOfName(), QString{});
+}
+
+TEST(ApplicationService, SurvivesThatTheBusGoesAway)
+{
+    PrivateBus bus;
+    Program program{bus};
+    ASSERT_EQ(await(program.service.start(guardTime)).kind, Kind::owned);
+    bus.end();
+    EXPECT_TRUE(runUntil([&] { return !program.service.isOwner(); }));
+}
+
+TEST(ApplicationService, GoesWithoutABus)
+{
+    PrivateBus frozen;
+    frozen.freeze();
+    for (const QString& address : {QString{}, QStringLiteral("unix:path=/nowhere"), frozen.address()}) {
+        ApplicationService service{address, [](const QStringList&) { return true; }};
+        EXPECT_EQ(await(service.start(200ms)), ApplicationService::Claim{});
+        EXPECT_FALSE(service.isOwner());
+    }
+    frozen.thaw();
+}
+
+TEST(ApplicationService, GivesUpOnABusThatFreezesOnTheWay)
+{
+    PrivateBus bus;
+    Program program{bus};
+    ASSERT_EQ(await(program.service.start(guardTime)).kind, Kind::owned);
+    const BusPeer peer(bus.address());
+    bus.freeze();
+    const QDBusMessage answer = await(callBusDaemon(peer.connection(), QStringLiteral("GetId"), {}, 100ms));
+    EXPECT_EQ(answer.type(), QDBusMessage::ErrorMessage);
+    bus.thaw();
+}
+
+} // namespace
+} // namespace roost::test
