@@ -99,7 +99,7 @@ QCoro::Task<std::unique_ptr<RefreshLock::Held>> acquired(std::filesystem::path f
         QCoro::Task<> pause = QCoro::sleepFor(pollInterval);
         co_await pause;
     }
-    co_return nullptr;
+    co_return std::unique_ptr<RefreshLock::Held>();
 }
 
 } // namespace

@@ -98,10 +98,12 @@ private:
         Waiting waiting{.state = std::move(state), .stop = std::move(stop), .onStop = std::nullopt};
         const Arrival arrival{&waiting};
         co_await arrival;
-        if (waiting.stop.stop_requested()) {
-            co_return std::nullopt;
+        std::optional<T> result;
+        if (!waiting.stop.stop_requested()) {
+            // A copy: the promise moves from whatever lvalue is returned.
+            result = waiting.state->result;
         }
-        co_return waiting.state->result;
+        co_return result;
     }
 
     std::shared_ptr<State> state_ = std::make_shared<State>();

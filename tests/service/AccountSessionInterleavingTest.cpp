@@ -1,0 +1,307 @@
+#include "service/AccountSession.h"
+#include "tests/service/SessionWorld.h"
+#include "tests/support/LogCatcher.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdio>
+#include <set>
+
+namespace roost::test {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+using Kind = RoostAuthError::Kind;
+using State = AccountSession::State;
+using Token = AuthResult<std::string>;
+using Trouble = ModelOAuthServer::Trouble;
+
+struct Waiter {
+    std::stop_source stop;
+    std::string rejected;
+    std::optional<Token> result;
+};
+
+/// One life of a profile: operations at random, turns at random between them, laws checked whenever something
+/// is heard and at the end. A broken law is a sentence in `broken`.
+class Life {
+public:
+    Life(std::uint64_t seed, std::size_t processes) : world(seed)
+    {
+        sessions.push_back(world.signedIn());
+        while (sessions.size() < processes) {
+            sessions.push_back(world.makeSession());
+        }
+    }
+
+    void live(int operations, const std::function<void(Life&)>& operate)
+    {
+        for (int i = 0; i < operations && broken.empty(); ++i) {
+            operate(*this);
+            check();
+            for (std::size_t turns = world.turns.below(7); turns > 0; --turns) {
+                world.turns.resumeOne();
+                check();
+            }
+        }
+        heal();
+        runToEnd();
+    }
+
+    void ask(std::string rejected = {})
+    {
+        auto& session = sessions[world.turns.below(sessions.size())];
+        auto waiter = std::make_shared<Waiter>();
+        waiter->rejected = std::move(rejected);
+        waiters.push_back(waiter);
+        auto task = waiter->rejected.empty()
+                        ? session->validAccessToken(waiter->stop.get_token())
+                        : session->replaceAccessToken(waiter->rejected, waiter->stop.get_token());
+        ++open;
+        hear(this, session, waiter, std::move(task));
+    }
+
+    void cancelOne()
+    {
+        if (waiters.empty()) {
+            return;
+        }
+        const auto waiter = waiters[world.turns.below(waiters.size())];
+        const bool waited = !waiter->result.has_value();
+        waiter->stop.request_stop();
+        QCoreApplication::sendPostedEvents();
+        if (waited) {
+            require(waiter->result && failedAs<Stopped>(*waiter->result),
+                    "a cancelled waiter ends as stopped");
+        }
+    }
+
+    void adopt()
+    {
+        mayBeSignedOut = false;
+        lastState = State::active;
+        adopted = world.server.newestGrant() + 1;
+        ++open;
+        hearEnd(this, sessions.front()->adopt(world.server.signIn()));
+    }
+
+    void signOut()
+    {
+        mayBeSignedOut = true;
+        ++open;
+        hearRemoval(this, sessions.front()->signOut());
+    }
+
+    void settle()
+    {
+        ++open;
+        hearSettled(this, sessions.front());
+    }
+
+    void heal()
+    {
+        world.secrets.failWrites = false;
+        world.secrets.unavailable.reset();
+        world.server.trouble = Trouble::none;
+        world.lock.isBlocked = false;
+    }
+
+    void runToEnd()
+    {
+        require(world.turns.runToEnd(), "everything ends");
+        check();
+        require(open == 0, "no waiter is left hanging");
+    }
+
+    /// What holds at every moment.
+    void check()
+    {
+        require(world.server.mostInFlight() <= 1, "one token request at a time");
+        require(world.server.reuses() == 0, "no refresh token is sent twice");
+        for (const auto& session : sessions) {
+            const bool isSignedOut = session->state() == State::signedOut;
+            require(!isSignedOut || mayBeSignedOut || world.server.isRevoked(adopted),
+                    "nobody is signed out without a reason");
+        }
+        if (sessions.size() == 1) {
+            require(lastState == State::active || sessions.front()->state() == State::signedOut,
+                    "only adopt ends being signed out");
+            lastState = sessions.front()->state();
+        }
+    }
+
+    void require(bool holds, const char* law)
+    {
+        if (!holds) {
+            broken.insert(law);
+        }
+    }
+
+    LogCatcher log;
+    SessionWorld world;
+    std::vector<std::shared_ptr<AccountSession>> sessions;
+    std::vector<std::shared_ptr<Waiter>> waiters;
+    std::set<std::string> broken;
+    std::string lastToken = "access-0-0";
+    std::size_t adopted = 0;
+    std::size_t open = 0;
+    bool mayBeSignedOut = false;
+    State lastState = State::active;
+
+private:
+    void checkToken(const AccountSession& session, const Waiter& waiter, const std::string& token)
+    {
+        std::size_t grant = 0;
+        std::size_t serial = 0;
+        require(std::sscanf(token.c_str(), "access-%zu-%zu", &grant, &serial) == 2, "a token of the server");
+        require(session.state() == State::active, "no token after a sign-out");
+        require(grant == adopted, "no token of an older sign-in");
+        require(token != waiter.rejected, "another token than the refused one");
+        const std::string refreshToken = "refresh" + token.substr(token.find('-'));
+        require(serial == 0 || std::ranges::count(world.secrets.answeredSets, refreshToken) > 0,
+                "the refresh token is stored before the access token is used");
+        lastToken = token;
+    }
+
+    static QCoro::Task<void> hear(Life* life, std::shared_ptr<AccountSession> session,
+                                  std::shared_ptr<Waiter> waiter, QCoro::Task<Token> task)
+    {
+        waiter->result = co_await task;
+        --life->open;
+        if (waiter->result->has_value()) {
+            life->checkToken(*session, *waiter, **waiter->result);
+        } else if (failedAs(*waiter->result, Kind::invalidGrant)) {
+            life->require(session->state() == State::signedOut, "an invalid grant is a sign-out");
+        } else if (failedAs<Stopped>(*waiter->result)) {
+            life->require(waiter->stop.stop_requested(), "nobody is stopped unasked");
+        }
+    }
+
+    static QCoro::Task<void> hearEnd(Life* life, QCoro::Task<std::expected<void, KeychainError>> task)
+    {
+        co_await task;
+        --life->open;
+    }
+
+    static QCoro::Task<void> hearRemoval(Life* life, QCoro::Task<bool> task)
+    {
+        static_cast<void>(co_await task);
+        --life->open;
+    }
+
+    static QCoro::Task<void> hearSettled(Life* life, std::shared_ptr<AccountSession> session)
+    {
+        auto task = session->settled();
+        co_await task;
+        --life->open;
+        life->require(life->sessions.size() > 1 || life->world.server.inFlight() == 0,
+                      "settled means settled");
+    }
+};
+
+void anything(Life& life)
+{
+    SessionWorld& world = life.world;
+    const std::size_t choice = world.turns.below(100);
+    if (choice < 30) {
+        life.ask();
+    } else if (choice < 46) {
+        life.ask(life.lastToken);
+    } else if (choice < 58) {
+        world.letTokensExpire();
+    } else if (choice < 62) {
+        world.now += world.turns.below(2) == 0 ? 24h : -24h;
+    } else if (choice < 69) {
+        life.adopt();
+    } else if (choice < 74) {
+        life.signOut();
+    } else if (choice < 82) {
+        life.cancelOne();
+    } else if (choice < 86) {
+        world.secrets.failWrites = !world.secrets.failWrites;
+    } else if (choice < 89) {
+        world.secrets.unavailable = world.secrets.unavailable
+                                        ? std::nullopt
+                                        : std::optional(SecretsUnavailable{SecretsUnavailable::Why::locked});
+    } else if (choice < 93) {
+        world.server.trouble = static_cast<Trouble>(world.turns.below(4));
+    } else if (choice < 95) {
+        world.lock.isBlocked = !world.lock.isBlocked;
+    } else if (choice < 97) {
+        world.server.revoke();
+    } else {
+        life.settle();
+    }
+}
+
+/// What two processes may meet that share a store which takes every token.
+void anythingOfTwo(Life& life)
+{
+    SessionWorld& world = life.world;
+    const std::size_t choice = world.turns.below(100);
+    if (choice < 40) {
+        life.ask();
+    } else if (choice < 55) {
+        life.ask(life.lastToken);
+    } else if (choice < 70) {
+        world.letTokensExpire();
+    } else if (choice < 74) {
+        world.now += world.turns.below(2) == 0 ? 24h : -24h;
+    } else if (choice < 82) {
+        life.cancelOne();
+    } else if (choice < 88) {
+        world.server.trouble = static_cast<Trouble>(world.turns.below(4));
+    } else if (choice < 92) {
+        world.lock.isBlocked = !world.lock.isBlocked;
+    } else {
+        // One of them quits without waiting, and starts again.
+        life.sessions[world.turns.below(2)] = world.makeSession();
+    }
+}
+
+/// What holds once everything has ended: whoever is signed in can go on, and the newest token is stored.
+void checkWhatIsLeft(Life& life)
+{
+    SessionWorld& world = life.world;
+    for (const auto& session : life.sessions) {
+        const bool isGone = session->state() == State::signedOut || world.server.isRevoked(life.adopted);
+        if (session->state() == State::signedOut && world.secrets.notRemoved.empty()) {
+            life.require(world.stored().empty(), "signing out leaves no token");
+        }
+        world.now += 24h * 100; // more than the clock can have gone back
+        const Token token = world.ended(session->validAccessToken({}));
+        life.require(token.has_value() == !isGone, "no rotated token is lost");
+        life.require(isGone || world.stored() == world.server.liveToken(life.adopted),
+                     "the newest token is stored");
+    }
+    life.check();
+    life.require(world.turns.suspended() == 0 && life.open == 0, "every coroutine has ended");
+    const std::vector<std::weak_ptr<AccountSession>> left(life.sessions.begin(), life.sessions.end());
+    life.sessions.clear();
+    life.require(std::ranges::all_of(left, [](const auto& session) { return session.expired(); }),
+                 "nothing holds on to a session");
+}
+
+void expectLives(std::uint64_t seeds, std::size_t processes, int operations,
+                 const std::function<void(Life&)>& operate)
+{
+    std::size_t requests = 0;
+    for (std::uint64_t seed = 0; seed < seeds; ++seed) {
+        Life life(seed, processes);
+        life.live(operations, operate);
+        checkWhatIsLeft(life);
+        ASSERT_THAT(life.broken, testing::IsEmpty()) << "seed " << seed;
+        requests += life.world.server.tokenRequests().size();
+    }
+    EXPECT_GT(requests, seeds);
+}
+
+} // namespace
+
+TEST(AccountSessionInterleaving, KeepsItsLawsInEveryOrder) { expectLives(10'000, 1, 30, anything); }
+
+TEST(AccountSessionInterleaving, KeepsItsLawsInTwoProcesses) { expectLives(3'000, 2, 30, anythingOfTwo); }
+
+} // namespace roost::test
