@@ -5,7 +5,6 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QCoroTimer>
@@ -26,7 +25,12 @@ constexpr std::chrono::milliseconds pollInterval{50};
 class HeldFile final : public RefreshLock::Held {
 public:
     explicit HeldFile(int descriptor) : descriptor_(descriptor) {}
-    ~HeldFile() override { ::close(descriptor_); }
+    ~HeldFile() override
+    {
+        // Said aloud, since a child that was just forked may have the file open as well.
+        ::flock(descriptor_, LOCK_UN);
+        ::close(descriptor_);
+    }
 
     HeldFile(const HeldFile&) = delete;
     HeldFile& operator=(const HeldFile&) = delete;
@@ -42,15 +46,6 @@ std::filesystem::path fileFor(const std::filesystem::path& folder, const std::st
     const QByteArray id = QByteArray::fromStdString(profileId);
     return folder /
            (QCryptographicHash::hash(id, QCryptographicHash::Sha256).toHex() + ".lock").toStdString();
-}
-
-/// Whether `file` is still the name of what is open: a lock on a file that was removed keeps nobody out.
-bool isNamed(int descriptor, const std::filesystem::path& file)
-{
-    struct stat open{};
-    struct stat named{};
-    return ::fstat(descriptor, &open) == 0 && ::lstat(file.c_str(), &named) == 0 &&
-           open.st_dev == named.st_dev && open.st_ino == named.st_ino;
 }
 
 /// The lock; null while somebody else holds it.
@@ -69,9 +64,6 @@ tryToLock(const std::filesystem::path& folder, const std::filesystem::path& file
         if (errno != EWOULDBLOCK && errno != EINTR) {
             return std::unexpected(lastError());
         }
-        return nullptr;
-    }
-    if (!isNamed(descriptor, file)) {
         return nullptr;
     }
     return held;

@@ -300,8 +300,8 @@ void expectLives(std::uint64_t seeds, std::size_t processes, int operations,
 
 } // namespace
 
-TEST(AccountSessionInterleaving, KeepsItsLawsInEveryOrder) { expectLives(10'000, 1, 30, anything); }
+TEST(AccountSessionInterleaving, KeepsItsLawsInEveryOrder) { expectLives(10'000, 1, 60, anything); }
 
-TEST(AccountSessionInterleaving, KeepsItsLawsInTwoProcesses) { expectLives(3'000, 2, 30, anythingOfTwo); }
+TEST(AccountSessionInterleaving, KeepsItsLawsInTwoProcesses) { expectLives(3'000, 2, 60, anythingOfTwo); }
 
 } // namespace roost::test

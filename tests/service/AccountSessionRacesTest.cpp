@@ -240,8 +240,10 @@ TEST(AccountSessionRaces, OneWaiterThatIsCancelledEndsAtOnceAndTheOthersAreServe
         ASSERT_TRUE(cancelled.isDone());
         EXPECT_TRUE(failedAs<Stopped>(cancelled.get()));
         EXPECT_FALSE(other.isDone());
+        Pending later(session->validAccessToken({}));
 
         EXPECT_EQ(world.endOf(std::move(other)), Token("access-0-1"));
+        EXPECT_EQ(later.get(), Token("access-0-1"));
         EXPECT_THAT(world.server.tokenRequests(), SizeIs(1));
     }
 }

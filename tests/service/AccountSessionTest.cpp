@@ -279,6 +279,7 @@ TEST_F(AccountSessionTest, StoresTheNewTokenBeforeItHandsOutTheOther)
     ASSERT_TRUE(world.turns.runUntil([&] { return world.secrets.calls.size() == set; }));
     EXPECT_EQ(world.secrets.calls.back(), "set");
     EXPECT_FALSE(next.isDone());
+    EXPECT_FALSE(Pending(session->validAccessToken({})).isDone());
     EXPECT_TRUE(world.lock.isHeld("p1"));
     EXPECT_EQ(world.endOf(std::move(next)), Token("access-0-2"));
     EXPECT_FALSE(world.lock.isHeld("p1"));
