@@ -37,7 +37,8 @@ Answer ControlRoutes::answer(const Request& request)
     if (request.path == "/state") {
         return request.method == "GET" ? jsonAnswer(stateJson()) : wrongMethod("GET");
     }
-    if (std::ranges::none_of(actions, [&](const char* action) { return request.path == action; })) {
+    if (!OAuthControl::owns(request.path) &&
+        std::ranges::none_of(actions, [&](const char* action) { return request.path == action; })) {
         return refusal(u"There is nothing here."_s, 404);
     }
     if (request.method != "POST") {
@@ -61,7 +62,7 @@ ControlRoutes::Done ControlRoutes::perform(const QByteArray& path, const QJsonOb
     if (path == "/advance") {
         return advance(json);
     }
-    return reset(json);
+    return OAuthControl::owns(path) ? oauth_.perform(path, json) : reset(json);
 }
 
 ControlRoutes::Done ControlRoutes::setScenario(QJsonObject json)
@@ -117,9 +118,7 @@ ControlRoutes::Done ControlRoutes::reset(const QJsonObject& json)
     if (arguments.complaint()) {
         return std::unexpected(*arguments.complaint());
     }
-    state_.scenarios.clear();
-    state_.counters.clear();
-    state_.advanced = {};
+    state_.reset();
     return {};
 }
 
@@ -129,11 +128,13 @@ QJsonObject ControlRoutes::stateJson() const
     for (const LivingProfile& profile : state_.profiles) {
         profiles.insert(QString::fromStdString(profile.id()),
                         QJsonObject{{u"name"_s, QString::fromStdString(profile.name())},
-                                    {u"requests"_s, state_.counters.toJson(profile.id())}});
+                                    {u"requests"_s, state_.counters.toJson(profile.id())},
+                                    {u"grants"_s, state_.authorization.grantCount(profile.id())}});
     }
     QJsonObject json = state_.counters.toJson();
     json.insert(u"now"_s, QString::fromStdString(RoostJSON::formatDate(state_.now())));
     json.insert(u"profiles"_s, profiles);
+    json.insert(u"oauth"_s, oauth_.toJson());
     json.insert(u"scenarios"_s, state_.scenarios.toJson());
     return json;
 }

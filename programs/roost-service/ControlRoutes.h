@@ -1,6 +1,7 @@
 #pragma once
 
 #include "programs/roost-service/HttpValues.h"
+#include "programs/roost-service/OAuthControl.h"
 #include "programs/roost-service/ServiceState.h"
 
 #include <QJsonObject>
@@ -11,10 +12,11 @@
 namespace roost::local {
 
 /// The run-time control, spoken in JSON on a port of its own: reads the counters, switches scenarios, moves
-/// the profiles' time. Requests that a web page makes (they carry "Origin") are refused. Main thread.
+/// the profiles' time, and what `OAuthControl` does. Requests that a web page makes (they carry "Origin") are
+/// refused. Main thread.
 class ControlRoutes {
 public:
-    explicit ControlRoutes(ServiceState& state) : state_(state) {}
+    explicit ControlRoutes(ServiceState& state) : state_(state), oauth_(state) {}
 
     /// 200 with the new state, or 400, 403, 404, 405 with one sentence under "error".
     Answer answer(const Request& request);
@@ -29,6 +31,7 @@ private:
     QJsonObject stateJson() const;
 
     ServiceState& state_;
+    OAuthControl oauth_;
 };
 
 } // namespace roost::local

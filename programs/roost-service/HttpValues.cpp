@@ -58,6 +58,12 @@ std::optional<QByteArray> Request::header(QByteArrayView name) const
     return values.size() == 1 ? std::optional(std::move(values.front())) : std::nullopt;
 }
 
+bool isContentType(const Request& request, QByteArrayView type)
+{
+    const QByteArray value = request.header("Content-Type").value_or(QByteArray());
+    return value.left(value.indexOf(';')).trimmed().toLower() == type;
+}
+
 Answer jsonAnswer(const QJsonObject& body, int status)
 {
     return textAnswer(QJsonDocument(body).toJson(QJsonDocument::Compact), "application/json", status);

@@ -31,6 +31,9 @@ struct Request {
     std::optional<QByteArray> header(QByteArrayView name) const;
 };
 
+/// Whether the body is said to be of that media type, whatever its parameters. `type` in lower case.
+bool isContentType(const Request& request, QByteArrayView type);
+
 /// One answer before it is sent. "Content-Length" and "Connection" are added when it is.
 struct Answer {
     int status = 200;

@@ -12,6 +12,12 @@ using namespace Qt::StringLiterals;
 constexpr std::uint64_t usualSeed = 1;
 constexpr int tokenBytes = 24;
 
+Consent consentIn(const ServiceOptions& options)
+{
+    return {options.autoConsent ? Consent::Answer::allow : Consent::Answer::byUser,
+            options.autoConsentProfile};
+}
+
 QByteArray originOf(quint16 port) { return "http://127.0.0.1:" + QByteArray::number(port); }
 
 } // namespace
@@ -19,7 +25,8 @@ QByteArray originOf(quint16 port) { return "http://127.0.0.1:" + QByteArray::num
 LocalService::LocalService(ServiceOptions options, Clock clock, RandomBytes random)
     : options_(options),
       random_(std::move(random)),
-      state_(std::move(clock)),
+      state_(std::move(clock), [this](int count) { return random_(count); }, consentIn(options_),
+             {options_.accessTokenLifetime, options_.refreshTokenLifetime, options_.codeLifetime}),
       controlRoutes_(state_),
       server_([this](const Request& request) { return routes_->reply(request); }),
       controlServer_([this](const Request& request) {
@@ -49,8 +56,13 @@ std::expected<void, QString> LocalService::start()
                                      base_.toStdString());
         state_.standingTokens.push_back(randomText(random_, tokenBytes).toStdString());
     }
+    if (options_.autoConsentProfile && state_.profile(*options_.autoConsentProfile) == nullptr) {
+        return std::unexpected(
+            u"there is no profile \"%1\""_s.arg(QString::fromStdString(*options_.autoConsentProfile)));
+    }
     routes_ = std::make_unique<ServiceRoutes>(
-        state_, [this](const std::string& token) { return accessOf(token); }, base_);
+        state_, [this](const std::string& token) { return accessOf(token); },
+        [this](int count) { return random_(count); }, base_);
     return {};
 }
 
@@ -61,7 +73,9 @@ std::optional<Access> LocalService::accessOf(const std::string& token) const
             return Access{state_.profiles[i].id(), true};
         }
     }
-    return std::nullopt;
+    const auto allowed = state_.authorization.allowedBy(QByteArray::fromStdString(token));
+    return allowed ? std::optional(Access{allowed->profile, allowed->scopes.contains("metrics:read")})
+                   : std::nullopt;
 }
 
 std::string LocalService::standingToken(const std::string& profile) const

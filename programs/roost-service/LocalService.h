@@ -35,10 +35,21 @@ public:
     /// The bearer token of a profile that never expires; empty for an unknown profile.
     std::string standingToken(const std::string& profile) const;
 
+    /// Ends all grants, or those of one profile.
+    void revokeAll() { state_.authorization.revokeAll(); }
+    void revoke(const std::string& profile) { state_.authorization.revoke(profile); }
+    /// Makes every client id unknown, and ends the grants.
+    void forgetClients() { state_.authorization.forgetClients(); }
+    /// Ends every access token that is out now; refresh tokens stay good. And the other way round.
+    void expireAccessTokens() { state_.authorization.expireAccessTokens(); }
+    void expireRefreshTokens() { state_.authorization.expireRefreshTokens(); }
+    /// Who decides about authorization requests from now on.
+    void setConsent(Consent consent) { state_.consent = std::move(consent); }
+
     /// What the program prints when it is ready: one line of JSON without its end.
     QByteArray readyLine() const;
 
-    /// Scenarios, counters and time, for tests in this process. Valid as long as this is.
+    /// Scenarios, faults, counters, lifetimes and time, for tests in this process. Valid as long as this is.
     ServiceState& state() { return state_; }
 
 private:

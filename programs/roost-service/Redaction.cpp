@@ -11,14 +11,23 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr std::array<const char*, 7> secretFields{"code",         "code_verifier", "state", "refresh_token",
-                                                  "access_token", "token",         "ticket"};
-constexpr std::array<const char*, 3> secretHeaders{"authorization", "cookie", "proxy-authorization"};
+constexpr std::array<const char*, 10> secretFields{
+    "code",  "code_verifier", "state",         "refresh_token",    "access_token",
+    "token", "ticket",        "client_secret", "client_assertion", "assertion"};
+constexpr std::array<const char*, 4> secretHeaders{"authorization", "cookie", "proxy-authorization",
+                                                   "referer"};
 constexpr qsizetype longestBody = 4096;
 
 bool holds(const auto& names, const QByteArray& name)
 {
     return std::ranges::any_of(names, [&](const char* known) { return name == known; });
+}
+
+/// Whether a JSON text has a member that is secret: a client that sends a form's fields as JSON.
+bool namesSecret(const QByteArray& json)
+{
+    return std::ranges::any_of(
+        secretFields, [&](const char* name) { return json.contains(QByteArray(1, '"') + name + '"'); });
 }
 
 } // namespace
@@ -28,7 +37,7 @@ QByteArray withoutSecrets(const QByteArray& query)
     QList<QByteArray> fields = query.split('&');
     for (QByteArray& field : fields) {
         const qsizetype equals = field.indexOf('=');
-        if (equals >= 0 && holds(secretFields, field.left(equals))) {
+        if (equals >= 0 && holds(secretFields, QByteArray::fromPercentEncoding(field.left(equals)))) {
             field = field.left(equals + 1) + "…";
         }
     }
@@ -49,7 +58,8 @@ QJsonObject describe(const Request& request)
     if (type.startsWith("application/x-www-form-urlencoded")) {
         told.insert(u"body"_s, QString::fromUtf8(withoutSecrets(request.body.left(longestBody))));
     } else if (type.startsWith("application/json")) {
-        told.insert(u"body"_s, QString::fromUtf8(request.body.left(longestBody)));
+        const bool isTold = !namesSecret(request.body);
+        told.insert(u"body"_s, isTold ? QString::fromUtf8(request.body.left(longestBody)) : u"…"_s);
     }
     return told;
 }

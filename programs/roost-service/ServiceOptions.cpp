@@ -1,5 +1,7 @@
 #include "programs/roost-service/ServiceOptions.h"
 
+#include "programs/roost-service/AuthorizationServer.h"
+
 #include <QCommandLineParser>
 
 #include <limits>
@@ -10,7 +12,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr qint64 longestLifetime = 10LL * 366 * 86'400;
+constexpr const char* autoConsent = "--auto-consent";
 
 void describeOptions(QCommandLineParser& parser)
 {
@@ -25,9 +27,16 @@ void describeOptions(QCommandLineParser& parser)
         {u"control-port"_s, u"Port of the run-time control; 0, the default, takes a free one."_s, u"port"_s},
         {u"seed"_s, u"Makes numbers and tokens the same in every run."_s, u"number"_s},
         {u"profiles"_s, u"How many profiles there are; 3 by default."_s, u"number"_s},
-        {u"auto-consent"_s, u"Answers authorization requests at once instead of showing the page."_s},
-        {u"access-token-lifetime"_s, u"Seconds; 3600 by default."_s, u"seconds"_s},
-        {u"refresh-token-lifetime"_s, u"Seconds; 2592000 by default."_s, u"seconds"_s},
+        {u"auto-consent"_s,
+         u"Allows authorization requests at once instead of showing the page. May be followed by the id of "
+         "the profile; otherwise it is the first one that nobody is signed in to."_s},
+        {{u"access-ttl"_s, u"access-token-lifetime"_s},
+         u"How long an access token is good; 3600 by default."_s,
+         u"seconds"_s},
+        {{u"refresh-ttl"_s, u"refresh-token-lifetime"_s},
+         u"How long a refresh token is good; 2592000 by default."_s,
+         u"seconds"_s},
+        {u"code-ttl"_s, u"How long an authorization code is good; 60 by default."_s, u"seconds"_s},
         {u"time-scale"_s, u"How many times as fast as the clock the profiles live; 1 by default."_s,
          u"factor"_s},
         {{u"h"_s, u"help"_s}, u"Shows this help."_s},
@@ -63,10 +72,30 @@ private:
     QString complaint_;
 };
 
+/// Takes the profile that may follow "--auto-consent" out of `arguments`: the parser knows no value that can
+/// be left out.
+std::optional<std::string> takeConsentProfile(QStringList& arguments)
+{
+    const QLatin1StringView option(autoConsent);
+    for (qsizetype i = 1; i < arguments.size(); ++i) {
+        if (arguments[i].startsWith(option + u'=')) {
+            const QString profile = arguments[i].mid(option.size() + 1);
+            arguments[i] = option;
+            return profile.toStdString();
+        }
+        if (arguments[i] == option && i + 1 < arguments.size() && !arguments[i + 1].startsWith(u'-')) {
+            return arguments.takeAt(i + 1).toStdString();
+        }
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
-std::expected<ServiceOptions, QString> parseServiceOptions(const QStringList& arguments)
+std::expected<ServiceOptions, QString> parseServiceOptions(const QStringList& given)
 {
+    QStringList arguments = given;
+    std::optional<std::string> consentProfile = takeConsentProfile(arguments);
     QCommandLineParser parser;
     describeOptions(parser);
     if (!parser.parse(arguments)) {
@@ -85,10 +114,12 @@ std::expected<ServiceOptions, QString> parseServiceOptions(const QStringList& ar
     }
     options.profiles = static_cast<int>(numbers.read(u"profiles"_s, 1, 10'000, options.profiles));
     options.autoConsent = parser.isSet(u"auto-consent"_s);
-    options.accessTokenLifetime = std::chrono::seconds(
-        numbers.read(u"access-token-lifetime"_s, 0, longestLifetime, options.accessTokenLifetime.count()));
-    options.refreshTokenLifetime = std::chrono::seconds(
-        numbers.read(u"refresh-token-lifetime"_s, 0, longestLifetime, options.refreshTokenLifetime.count()));
+    options.autoConsentProfile = std::move(consentProfile);
+    for (const auto& [name, lifetime] : {std::pair{u"access-ttl"_s, &options.accessTokenLifetime},
+                                         std::pair{u"refresh-ttl"_s, &options.refreshTokenLifetime},
+                                         std::pair{u"code-ttl"_s, &options.codeLifetime}}) {
+        *lifetime = std::chrono::seconds(numbers.read(name, 0, longestLifetime.count(), lifetime->count()));
+    }
     options.timeScale = numbers.read(u"time-scale"_s, 1, 3'600, options.timeScale);
     options.help = parser.isSet(u"help"_s);
     options.version = parser.isSet(u"version"_s);

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <expected>
 #include <optional>
+#include <string>
 
 namespace roost::local {
 
@@ -22,8 +23,11 @@ struct ServiceOptions {
     int profiles = 3;
     /// Answers authorization requests at once, as a user who allows them would.
     bool autoConsent = false;
+    /// The profile that is allowed then; nothing: as `Consent` has it.
+    std::optional<std::string> autoConsentProfile = std::nullopt;
     std::chrono::seconds accessTokenLifetime{3600};
     std::chrono::seconds refreshTokenLifetime{30 * 86'400};
+    std::chrono::seconds codeLifetime{60};
     /// How many times as fast as the clock the profiles live, from 1 to 3,600.
     std::int64_t timeScale = 1;
     bool help = false;

@@ -1,9 +1,12 @@
 #include "programs/roost-service/ServiceRoutes.h"
 
+#include "programs/roost-service/OAuthPaths.h"
 #include "programs/roost-service/ScenarioReply.h"
 
 #include <QDateTime>
 #include <QLocale>
+
+#include <array>
 
 namespace roost::local {
 
@@ -20,27 +23,34 @@ Answer notFound() { return textAnswer("There is nothing here.\n", "text/plain", 
 
 } // namespace
 
-ServiceRoutes::ServiceRoutes(ServiceState& state, AccessCheck check, const QByteArray& base)
+ServiceRoutes::ServiceRoutes(ServiceState& state, AccessCheck check, RandomBytes random,
+                             const QByteArray& base)
     : state_(state),
-      widget_(state, std::move(check), base + "/.well-known/oauth-protected-resource"),
-      pages_(state)
+      widget_(state, std::move(check), base + resourcePath),
+      pages_(state),
+      metadata_(state, base),
+      registration_(state),
+      authorize_(state, std::move(random), base),
+      token_(state)
 {
 }
 
 std::optional<Endpoint> ServiceRoutes::endpointOf(const QByteArray& path)
 {
-    if (path == "/api/roost/v1/widget") {
-        return Endpoint::widget;
+    constexpr std::array<std::pair<const char*, Endpoint>, 6> known{{
+        {"/api/roost/v1/widget", Endpoint::widget},
+        {metadataPath, Endpoint::metadata},
+        {resourcePath, Endpoint::resource},
+        {registrationPath, Endpoint::registration},
+        {authorizePath, Endpoint::authorize},
+        {tokenPath, Endpoint::token},
+    }};
+    for (const auto& [knownPath, endpoint] : known) {
+        if (path == knownPath) {
+            return endpoint;
+        }
     }
-    if (PageRoutes::owns(path)) {
-        return Endpoint::page;
-    }
-    return std::nullopt;
-}
-
-std::optional<std::string> ServiceRoutes::profileOf(Endpoint endpoint, const Request& request) const
-{
-    return endpoint == Endpoint::widget ? widget_.profileOf(request) : std::nullopt;
+    return PageRoutes::owns(path) ? std::optional(Endpoint::page) : std::nullopt;
 }
 
 Reply ServiceRoutes::reply(const Request& request)
@@ -49,14 +59,24 @@ Reply ServiceRoutes::reply(const Request& request)
     if (!endpoint) {
         return {notFound, {}, nullptr};
     }
-    const std::optional<std::string> profile = profileOf(*endpoint, request);
+    std::optional<std::string> profile;
+    std::shared_ptr<void> underWay;
+    if (*endpoint == Endpoint::widget) {
+        profile = widget_.profileOf(request);
+    } else if (const auto owner = *endpoint == Endpoint::token ? token_.ownerOf(request) : std::nullopt) {
+        profile = owner->profile;
+        underWay = state_.counters.tokenRequestUnderWay(owner->grant);
+    }
     state_.counters.arrived(*endpoint, profile, request);
-    return scenarioReply(state_.scenarios.take(profile, *endpoint),
-                         [this, endpoint = *endpoint, request](std::chrono::seconds clockOffset) {
-                             Answer answer = this->answer(endpoint, request, clockOffset);
-                             answer.headers.emplace_back("Date", httpDate(state_.clock() + clockOffset));
-                             return answer;
-                         });
+    Reply reply =
+        scenarioReply(state_.scenarios.take(profile, *endpoint),
+                      [this, endpoint = *endpoint, request](std::chrono::seconds clockOffset) {
+                          Answer answer = this->answer(endpoint, request, clockOffset);
+                          answer.headers.emplace_back("Date", httpDate(state_.clock() + clockOffset));
+                          return answer;
+                      });
+    reply.whileInFlight = std::move(underWay);
+    return reply;
 }
 
 Answer ServiceRoutes::answer(Endpoint endpoint, const Request& request, std::chrono::seconds clockOffset)
@@ -66,9 +86,18 @@ Answer ServiceRoutes::answer(Endpoint endpoint, const Request& request, std::chr
         return widget_.answer(request, clockOffset);
     case Endpoint::page:
         return pages_.answer(request);
-    default:
-        return notFound();
+    case Endpoint::metadata:
+        return metadata_.ofServer(request);
+    case Endpoint::resource:
+        return metadata_.ofResource(request);
+    case Endpoint::registration:
+        return registration_.answer(request);
+    case Endpoint::authorize:
+        return authorize_.answer(request);
+    case Endpoint::token:
+        return token_.answer(request);
     }
+    return notFound();
 }
 
 } // namespace roost::local

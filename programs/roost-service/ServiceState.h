@@ -1,8 +1,11 @@
 #pragma once
 
 #include "model/Clock.h"
+#include "programs/roost-service/AuthorizationServer.h"
+#include "programs/roost-service/Consent.h"
 #include "programs/roost-service/Counters.h"
 #include "programs/roost-service/LivingProfile.h"
+#include "programs/roost-service/OAuthFaults.h"
 #include "programs/roost-service/ScenarioBook.h"
 
 #include <chrono>
@@ -14,7 +17,15 @@ namespace roost::local {
 
 /// What the routes of the service share. Owned by the service, outlives the routes; main thread.
 struct ServiceState {
-    explicit ServiceState(Clock systemClock) : clock(std::move(systemClock)) {}
+    /// `usual` are the consent and the lifetimes that hold until they are changed, and again after `reset`.
+    ServiceState(Clock systemClock, RandomBytes random, Consent usual, Lifetimes usualLifetimes)
+        : clock(systemClock),
+          authorization(std::move(systemClock), std::move(random), usualLifetimes),
+          consent(usual),
+          usualConsent_(std::move(usual)),
+          usualLifetimes_(usualLifetimes)
+    {
+    }
 
     Clock clock;
     /// How far the profiles' time runs ahead of the clock.
@@ -24,6 +35,22 @@ struct ServiceState {
     std::vector<std::string> standingTokens;
     ScenarioBook scenarios;
     Counters counters;
+
+    AuthorizationServer authorization;
+    OAuthFaults faults;
+    Consent consent;
+
+    /// Back to the beginning with everything that can be switched, and with the counters. Clients and what
+    /// was granted to them stay.
+    void reset()
+    {
+        advanced = {};
+        scenarios.clear();
+        counters.clear();
+        faults.clear();
+        consent = usualConsent_;
+        authorization.setLifetimes(usualLifetimes_);
+    }
 
     /// The time of the profiles.
     Date now() const { return clock() + advanced; }
@@ -38,6 +65,10 @@ struct ServiceState {
         }
         return nullptr;
     }
+
+private:
+    Consent usualConsent_;
+    Lifetimes usualLifetimes_;
 };
 
 } // namespace roost::local

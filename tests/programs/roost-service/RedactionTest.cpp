@@ -29,6 +29,16 @@ TEST(Redaction, HidesTheSecretsOfAFormAndOfHeaders)
     EXPECT_TRUE(told.contains("client_id=c&code_verifier=…"));
 }
 
+TEST(Redaction, HidesASecretInEverySpellingAndPlace)
+{
+    EXPECT_EQ(withoutSecrets("c%6Fde=canary&x=1"), QByteArray("c%6Fde=…&x=1"));
+    Request request;
+    request.headers = {{"Referer", "http://127.0.0.1/oauth/authorize?state=canary"},
+                       {"Content-Type", "application/json"}};
+    request.body = R"({"refresh_token":"canary"})";
+    EXPECT_FALSE(QJsonDocument(describe(request)).toJson().contains("canary"));
+}
+
 TEST(Redaction, TellsAJsonBodyWhole)
 {
     Request request;

@@ -30,6 +30,8 @@ TEST(ServiceOptions, AreModestWithoutArguments)
     EXPECT_FALSE(options->autoConsent);
     EXPECT_EQ(options->accessTokenLifetime, 1h);
     EXPECT_EQ(options->refreshTokenLifetime, 720h);
+    EXPECT_EQ(options->codeLifetime, 60s);
+    EXPECT_FALSE(options->autoConsentProfile);
     EXPECT_EQ(options->timeScale, 1);
 }
 
@@ -49,6 +51,24 @@ TEST(ServiceOptions, AreReadFromTheCommandLine)
     EXPECT_EQ(options->timeScale, 3600);
 }
 
+TEST(ServiceOptions, KnowShortNamesForTheLifetimes)
+{
+    const auto options = parse({u"--access-ttl"_s, u"1"_s, u"--refresh-ttl"_s, u"2"_s, u"--code-ttl=3"_s});
+    ASSERT_TRUE(options) << options.error().toStdString();
+    EXPECT_EQ(options->accessTokenLifetime, 1s);
+    EXPECT_EQ(options->refreshTokenLifetime, 2s);
+    EXPECT_EQ(options->codeLifetime, 3s);
+}
+
+TEST(ServiceOptions, TakeAProfileBehindAutoConsentWhereThereIsOne)
+{
+    EXPECT_EQ(parse({u"--auto-consent"_s, u"mira"_s, u"--seed=1"_s})->autoConsentProfile, "mira");
+    EXPECT_EQ(parse({u"--auto-consent=mira"_s})->autoConsentProfile, "mira");
+    EXPECT_TRUE(parse({u"--auto-consent=mira"_s})->autoConsent);
+    EXPECT_FALSE(parse({u"--auto-consent"_s, u"--seed=1"_s})->autoConsentProfile);
+    EXPECT_EQ(complaintAbout({u"--auto-consent"_s, u"mira"_s, u"x"_s}), "\"x\" is not an option.");
+}
+
 TEST(ServiceOptions, ComplainAboutWhatTheyDoNotUnderstand)
 {
     EXPECT_EQ(complaintAbout({u"--port"_s, u"65536"_s}), "--port needs a whole number from 0 to 65535.");
@@ -57,15 +77,17 @@ TEST(ServiceOptions, ComplainAboutWhatTheyDoNotUnderstand)
               "--time-scale needs a whole number from 1 to 3600.");
     EXPECT_EQ(complaintAbout({u"--seed"_s, u"-1"_s}),
               "--seed needs a whole number from 0 to 9223372036854775807.");
+    EXPECT_EQ(complaintAbout({u"--code-ttl"_s, u"soon"_s}),
+              "--code-ttl needs a whole number from 0 to 316224000.");
     EXPECT_EQ(complaintAbout({u"extra"_s}), "\"extra\" is not an option.");
     EXPECT_NE(complaintAbout({u"--sed"_s}), "none");
 }
 
 TEST(ServiceOptions, AreAllNamedInTheHelp)
 {
-    for (const char* option :
-         {"--port", "--control-port", "--seed", "--profiles", "--auto-consent", "--access-token-lifetime",
-          "--refresh-token-lifetime", "--time-scale", "--help", "--version"}) {
+    for (const char* option : {"--port", "--control-port", "--seed", "--profiles", "--auto-consent",
+                               "--access-token-lifetime", "--refresh-token-lifetime", "--access-ttl",
+                               "--refresh-ttl", "--code-ttl", "--time-scale", "--help", "--version"}) {
         EXPECT_TRUE(serviceHelp().contains(QLatin1StringView(option))) << option;
     }
 }
