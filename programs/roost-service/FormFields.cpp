@@ -39,7 +39,7 @@ std::optional<FormFields> FormFields::parse(const QByteArray& text)
             continue;
         }
         const qsizetype equals = field.indexOf('=');
-        auto name = decoded(field.left(equals));
+        auto name = decoded(equals < 0 ? field : field.left(equals));
         auto value = decoded(equals < 0 ? QByteArray() : field.mid(equals + 1));
         if (!name || !value) {
             return std::nullopt;

@@ -1,6 +1,7 @@
 #include "programs/roost-service/HttpValues.h"
 
 #include <QJsonDocument>
+#include <QList>
 
 namespace roost::local {
 
@@ -61,7 +62,7 @@ std::optional<QByteArray> Request::header(QByteArrayView name) const
 bool isContentType(const Request& request, QByteArrayView type)
 {
     const QByteArray value = request.header("Content-Type").value_or(QByteArray());
-    return value.left(value.indexOf(';')).trimmed().toLower() == type;
+    return value.split(';').constFirst().trimmed().toLower() == type;
 }
 
 Answer jsonAnswer(const QJsonObject& body, int status)

@@ -42,6 +42,8 @@ TEST(FormFields, NoticeANameThatComesTwiceInAnySpelling)
 {
     EXPECT_TRUE(parsed("code=1&c%6Fde=2").repeatsAny());
     EXPECT_TRUE(parsed("x=&x=").repeats("x"));
+    EXPECT_TRUE(parsed("flag&flag").repeats("flag"));
+    EXPECT_FALSE(parsed("flag&other").repeatsAny());
     EXPECT_FALSE(parsed("x=1&X=2").repeatsAny());
     EXPECT_FALSE(parsed("resource=1&resource=2").repeatsAny());
     EXPECT_EQ(parsed("resource=1&resource=2").values("resource"), (std::vector<QByteArray>{"1", "2"}));

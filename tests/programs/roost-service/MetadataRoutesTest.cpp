@@ -8,6 +8,7 @@ namespace roost::local {
 namespace {
 
 using namespace Qt::StringLiterals;
+using test::ask;
 
 class MetadataOfTheService : public test::OAuthUnderTest {
 protected:

@@ -9,6 +9,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+using test::ask;
 using test::member;
 using test::RawAnswer;
 

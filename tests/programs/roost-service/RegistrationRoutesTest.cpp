@@ -8,6 +8,7 @@ namespace roost::local {
 namespace {
 
 using namespace Qt::StringLiterals;
+using test::ask;
 using test::member;
 
 class RegistrationOfClients : public test::OAuthUnderTest {

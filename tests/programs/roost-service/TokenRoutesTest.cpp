@@ -7,6 +7,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+using test::ask;
 using test::member;
 using test::Parameters;
 using test::RawAnswer;
