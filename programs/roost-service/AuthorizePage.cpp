@@ -41,9 +41,10 @@ QString profileList(const std::vector<PageProfile>& profiles)
 {
     QString items;
     for (const PageProfile& profile : profiles) {
-        items += u"<label><input type=\"radio\" name=\"profile\" value=\"%1\" required%2>"
-                 "<img src=\"%3\" alt=\"\" width=\"36\" height=\"36\"><span>%4</span></label>\n"_s.arg(
-                     profile.id.toHtmlEscaped(), items.isEmpty() ? u" checked"_s : QString(),
+        items +=
+            u"<label><input type=\"radio\" name=\"profile\" value=\"%1\" required%2>"
+            "<img src=\"%3\" alt=\"\" width=\"36\" height=\"36\"><span dir=\"auto\">%4</span></label>\n"_s
+                .arg(profile.id.toHtmlEscaped(), items.isEmpty() ? u" checked"_s : QString(),
                      profile.picture.toHtmlEscaped(), profile.name.toHtmlEscaped());
     }
     return items;
@@ -85,7 +86,7 @@ Answer consentPage(const AuthorizeRequest& request, const std::vector<PageProfil
     const QString client =
         request.clientName.isEmpty() ? QString::fromLatin1(unnamed) : QString::fromUtf8(request.clientName);
     const QString content =
-        u"<h1><strong>%1</strong> wants to read a profile</h1>\n"
+        u"<h1><strong dir=\"auto\">%1</strong> wants to read a profile</h1>\n"
         "<form method=\"post\" action=\"%2\">\n"
         "<input type=\"hidden\" name=\"ticket\" value=\"%3\">\n"
         "<fieldset><legend>Which profile?</legend>\n<div class=\"profiles\">\n%4</div></fieldset>\n"

@@ -20,7 +20,9 @@ void describeOptions(QCommandLineParser& parser)
         u"The local Roost service, for trying, developing and testing.\n\n"
         "Listens on 127.0.0.1 only. When ready it writes one line of JSON to standard output: \"base\", "
         "\"control\"\n"
-        "and, by profile, \"tokens\". It ends when its standard input closes, and on SIGTERM and SIGINT."_s);
+        "and, by profile, \"tokens\". It ends when its standard input closes, and on SIGTERM and SIGINT.\n\n"
+        "The control takes JSON objects: GET /state, and POST /scenario, /advance and /reset; for the\n"
+        "authorization server /fault, /consent, /lifetimes, /revoke, /expire and /forget-clients."_s);
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.addOptions({
         {u"port"_s, u"Port of the service; 0, the default, takes a free one."_s, u"port"_s},
@@ -30,12 +32,8 @@ void describeOptions(QCommandLineParser& parser)
         {u"auto-consent"_s,
          u"Allows authorization requests at once instead of showing the page. May be followed by the id of "
          "the profile; otherwise it is the first one that nobody is signed in to."_s},
-        {{u"access-ttl"_s, u"access-token-lifetime"_s},
-         u"How long an access token is good; 3600 by default."_s,
-         u"seconds"_s},
-        {{u"refresh-ttl"_s, u"refresh-token-lifetime"_s},
-         u"How long a refresh token is good; 2592000 by default."_s,
-         u"seconds"_s},
+        {u"access-ttl"_s, u"How long an access token is good; 3600 by default."_s, u"seconds"_s},
+        {u"refresh-ttl"_s, u"How long a refresh token is good; 2592000 by default."_s, u"seconds"_s},
         {u"code-ttl"_s, u"How long an authorization code is good; 60 by default."_s, u"seconds"_s},
         {u"time-scale"_s, u"How many times as fast as the clock the profiles live; 1 by default."_s,
          u"factor"_s},

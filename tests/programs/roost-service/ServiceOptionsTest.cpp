@@ -38,8 +38,8 @@ TEST(ServiceOptions, AreModestWithoutArguments)
 TEST(ServiceOptions, AreReadFromTheCommandLine)
 {
     const auto options = parse({u"--port"_s, u"8080"_s, u"--control-port=8081"_s, u"--seed"_s, u"7"_s,
-                                u"--profiles"_s, u"12"_s, u"--auto-consent"_s, u"--access-token-lifetime"_s,
-                                u"2"_s, u"--refresh-token-lifetime"_s, u"0"_s, u"--time-scale"_s, u"3600"_s});
+                                u"--profiles"_s, u"12"_s, u"--auto-consent"_s, u"--access-ttl"_s, u"2"_s,
+                                u"--refresh-ttl"_s, u"0"_s, u"--code-ttl=3"_s, u"--time-scale"_s, u"3600"_s});
     ASSERT_TRUE(options) << options.error().toStdString();
     EXPECT_EQ(options->port, 8080);
     EXPECT_EQ(options->controlPort, 8081);
@@ -48,16 +48,8 @@ TEST(ServiceOptions, AreReadFromTheCommandLine)
     EXPECT_TRUE(options->autoConsent);
     EXPECT_EQ(options->accessTokenLifetime, 2s);
     EXPECT_EQ(options->refreshTokenLifetime, 0s);
-    EXPECT_EQ(options->timeScale, 3600);
-}
-
-TEST(ServiceOptions, KnowShortNamesForTheLifetimes)
-{
-    const auto options = parse({u"--access-ttl"_s, u"1"_s, u"--refresh-ttl"_s, u"2"_s, u"--code-ttl=3"_s});
-    ASSERT_TRUE(options) << options.error().toStdString();
-    EXPECT_EQ(options->accessTokenLifetime, 1s);
-    EXPECT_EQ(options->refreshTokenLifetime, 2s);
     EXPECT_EQ(options->codeLifetime, 3s);
+    EXPECT_EQ(options->timeScale, 3600);
 }
 
 TEST(ServiceOptions, TakeAProfileBehindAutoConsentWhereThereIsOne)
@@ -85,9 +77,9 @@ TEST(ServiceOptions, ComplainAboutWhatTheyDoNotUnderstand)
 
 TEST(ServiceOptions, AreAllNamedInTheHelp)
 {
-    for (const char* option : {"--port", "--control-port", "--seed", "--profiles", "--auto-consent",
-                               "--access-token-lifetime", "--refresh-token-lifetime", "--access-ttl",
-                               "--refresh-ttl", "--code-ttl", "--time-scale", "--help", "--version"}) {
+    for (const char* option :
+         {"--port", "--control-port", "--seed", "--profiles", "--auto-consent", "--access-ttl",
+          "--refresh-ttl", "--code-ttl", "--time-scale", "--help", "--version"}) {
         EXPECT_TRUE(serviceHelp().contains(QLatin1StringView(option))) << option;
     }
 }
