@@ -170,7 +170,7 @@ private:
 TEST(AuthorizationServer, KeepsOneLiveRefreshTokenAtMostAndNothingOfARevokedGrant)
 {
     int reuses = 0;
-    for (std::uint64_t seed = 0; seed < 1000; ++seed) {
+    for (std::uint64_t seed = 0; seed < 400; ++seed) {
         Interleaving interleaving(seed);
         for (int step = 0; step < 60; ++step) {
             interleaving.step();
@@ -181,7 +181,7 @@ TEST(AuthorizationServer, KeepsOneLiveRefreshTokenAtMostAndNothingOfARevokedGran
         }
         reuses += interleaving.reuses();
     }
-    EXPECT_GT(reuses, 200);
+    EXPECT_GT(reuses, 100);
 }
 
 TEST(AuthorizationServer, KnowsWhoseACodeOrTokenWas)
