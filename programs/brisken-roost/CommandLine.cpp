@@ -14,6 +14,13 @@ const QString helpText = QStringLiteral(R"(Usage: brisken-roost [--info FILE] CO
 Your Roost numbers on the desktop. Reads only; publishes nothing.
 
 Commands:
+  sign-in  sign a profile in through the browser
+  accounts list the profiles, and who of them is signed in
+  sign-out ID
+           forget a profile here; Roost lists the connection until you end it there
+  sync [ID]
+           fetch the numbers of one profile, or of every one, now
+             --base-url URL    all four: of this service
   status   print the last numbers of every profile, without asking the network
              --profile ID      of this profile only
              --format FORMAT   text (default), json or waybar
@@ -83,16 +90,52 @@ bool isCallback(const QString& word)
     return word.startsWith(QLatin1String("briskenroost:"), Qt::CaseInsensitive);
 }
 
-/// A command by its name: the options it takes, and how they become a command.
+std::expected<Command, QString> signInFrom(const QCommandLineParser& parser)
+{
+    return SignInCommand{valueOf(parser, QStringLiteral("base-url"))};
+}
+
+std::expected<Command, QString> accountsFrom(const QCommandLineParser& parser)
+{
+    return AccountsCommand{valueOf(parser, QStringLiteral("base-url"))};
+}
+
+/// The word after the command; nothing when there is none.
+std::optional<std::string> profileAfter(const QCommandLineParser& parser)
+{
+    const QStringList words = parser.positionalArguments();
+    return words.size() > 1 ? std::optional{words.at(1).toStdString()} : std::nullopt;
+}
+
+std::expected<Command, QString> signOutFrom(const QCommandLineParser& parser)
+{
+    const auto profile = profileAfter(parser);
+    if (!profile) {
+        return std::unexpected(QStringLiteral("Which profile? \"brisken-roost accounts\" lists their ids."));
+    }
+    return SignOutCommand{valueOf(parser, QStringLiteral("base-url")), *profile};
+}
+
+std::expected<Command, QString> syncFrom(const QCommandLineParser& parser)
+{
+    return SyncCommand{valueOf(parser, QStringLiteral("base-url")), profileAfter(parser)};
+}
+
+/// A command by its name: the options it takes, how many words may follow it, and how they become a command.
 struct Grammar {
     QString name;
     QStringList options;
+    int words;
     std::expected<Command, QString> (*from)(const QCommandLineParser&);
 };
 
 const Grammar grammars[] = {
-    {QStringLiteral("status"), {QStringLiteral("profile"), QStringLiteral("format")}, statusFrom},
-    {QStringLiteral("fetch"), {QStringLiteral("profile"), QStringLiteral("base-url")}, fetchFrom},
+    {QStringLiteral("sign-in"), {QStringLiteral("base-url")}, 0, signInFrom},
+    {QStringLiteral("accounts"), {QStringLiteral("base-url")}, 0, accountsFrom},
+    {QStringLiteral("sign-out"), {QStringLiteral("base-url")}, 1, signOutFrom},
+    {QStringLiteral("sync"), {QStringLiteral("base-url")}, 1, syncFrom},
+    {QStringLiteral("status"), {QStringLiteral("profile"), QStringLiteral("format")}, 0, statusFrom},
+    {QStringLiteral("fetch"), {QStringLiteral("profile"), QStringLiteral("base-url")}, 0, fetchFrom},
 };
 
 void addOptions(QCommandLineParser& parser, const QStringList& takingValues)
@@ -161,8 +204,9 @@ std::expected<CommandLine, QString> parseCommandLine(const QStringList& words, c
     if (grammar == nullptr) {
         return unusable(QStringLiteral("There is no command \"%1\".").arg(positional.first()));
     }
-    if (positional.size() > 1) {
-        return unusable(QStringLiteral("\"%1\" is one argument too many.").arg(positional.at(1)));
+    if (positional.size() > grammar->words + 1) {
+        return unusable(
+            QStringLiteral("\"%1\" is one argument too many.").arg(positional.at(grammar->words + 1)));
     }
     auto command = grammar->from(parser);
     if (!command) {

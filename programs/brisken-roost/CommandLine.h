@@ -37,6 +37,36 @@ struct OpenCallbackCommand {
     bool operator==(const OpenCallbackCommand&) const = default;
 };
 
+/// `sign-in`: one profile, through the browser.
+struct SignInCommand {
+    std::optional<QString> baseURL;
+
+    bool operator==(const SignInCommand&) const = default;
+};
+
+/// `accounts`: who is signed in.
+struct AccountsCommand {
+    std::optional<QString> baseURL;
+
+    bool operator==(const AccountsCommand&) const = default;
+};
+
+/// `sign-out`: forgets one profile here.
+struct SignOutCommand {
+    std::optional<QString> baseURL;
+    std::string profile;
+
+    bool operator==(const SignOutCommand&) const = default;
+};
+
+/// `sync`: one sync now, of one profile or all.
+struct SyncCommand {
+    std::optional<QString> baseURL;
+    std::optional<std::string> profile;
+
+    bool operator==(const SyncCommand&) const = default;
+};
+
 /// `--help` and `--version`: a text for standard output.
 struct PrintCommand {
     QString text;
@@ -44,7 +74,8 @@ struct PrintCommand {
     bool operator==(const PrintCommand&) const = default;
 };
 
-using Command = std::variant<StatusCommand, FetchCommand, OpenCallbackCommand, PrintCommand>;
+using Command = std::variant<StatusCommand, FetchCommand, SignInCommand, AccountsCommand, SignOutCommand,
+                             SyncCommand, OpenCallbackCommand, PrintCommand>;
 
 struct CommandLine {
     Command command;

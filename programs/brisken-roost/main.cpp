@@ -1,15 +1,17 @@
 #include "model/Clock.h"
 #include "model/InfoDictionary.h"
-#include "model/RealFileSystem.h"
 #include "model/RoostLog.h"
-#include "model/SharedContainer.h"
+#include "platform/TerminationSignals.h"
+#include "programs/brisken-roost/AccountsCommand.h"
 #include "programs/brisken-roost/CommandLine.h"
 #include "programs/brisken-roost/FetchCommand.h"
+#include "programs/brisken-roost/Machine.h"
 #include "programs/brisken-roost/OpenCallbackCommand.h"
+#include "programs/brisken-roost/SignInCommand.h"
+#include "programs/brisken-roost/SignOutCommand.h"
 #include "programs/brisken-roost/StatusCommand.h"
-#include "service/HttpRoute.h"
-#include "service/NetworkHttpSession.h"
-#include "service/RoostEnvironment.h"
+#include "programs/brisken-roost/SyncCommand.h"
+#include "programs/brisken-roost/TerminalBrowser.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -54,26 +56,6 @@ std::expected<QString, std::string> bearerToken()
     return bearerTokenFrom(fromEnvironment.isEmpty() ? lineOfStandardInput() : fromEnvironment.toStdString());
 }
 
-bool mayCarryTokens(const QUrl& base)
-{
-    return base.isValid() && !base.host().isEmpty() &&
-           (base.scheme() == QLatin1String("https") ||
-            (base.scheme() == QLatin1String("http") && isLoopback(base.host())));
-}
-
-/// The parts of the machine that the commands work on.
-struct Machine {
-    InfoDictionary info;
-    RealFileSystem files;
-
-    WidgetStore store()
-    {
-        using namespace SharedContainer;
-        const Location location = resolve(UserFolders::fromEnvironment(), groupIdentifier(info));
-        return {files, location.directory};
-    }
-};
-
 struct Run {
     Machine& machine;
 
@@ -94,18 +76,61 @@ struct Run {
 
     CommandResult operator()(const FetchCommand& command) const
     {
-        const QUrl base = command.baseURL ? QUrl{*command.baseURL, QUrl::StrictMode}
-                                          : RoostEnvironment::baseURL(machine.info);
-        if (!mayCarryTokens(base)) {
-            return failed(ExitCode::usage, "The base URL is neither https nor a service on this machine.");
+        const auto base = machine.base(command.baseURL);
+        if (!base) {
+            return failed(ExitCode::usage, base.error());
         }
         auto token = bearerToken();
         if (!token) {
             return failed(ExitCode::usage, token.error());
         }
-        NetworkHttpSession session;
-        return QCoro::waitFor(runFetch(command, *std::move(token), WidgetAPI{base, session}, machine.store(),
-                                       systemClock(), {}));
+        return QCoro::waitFor(runFetch(command, *std::move(token), WidgetAPI{*base, machine.session()},
+                                       machine.store(), systemClock(), {}));
+    }
+
+    CommandResult operator()(const SignInCommand& command) const
+    {
+        return withServices(command.baseURL, [this](AccountServices services, std::stop_token stop) {
+            TerminalBrowser browser{machine.files(), QCoreApplication::applicationFilePath().toStdString(),
+                                    QProcessEnvironment::systemEnvironment()};
+            const SignInFlow flow{services.oauth, services.api, browser.authenticator()};
+            return QCoro::waitFor(runSignIn(flow, services, stop));
+        });
+    }
+
+    CommandResult operator()(const AccountsCommand& command) const
+    {
+        return withServices(command.baseURL, [](AccountServices services, std::stop_token) {
+            return QCoro::waitFor(runAccounts(std::move(services)));
+        });
+    }
+
+    CommandResult operator()(const SignOutCommand& command) const
+    {
+        return withServices(command.baseURL, [&](AccountServices services, std::stop_token stop) {
+            return QCoro::waitFor(runSignOut(command.profile, std::move(services), stop));
+        });
+    }
+
+    CommandResult operator()(const SyncCommand& command) const
+    {
+        return withServices(command.baseURL, [&](AccountServices services, std::stop_token stop) {
+            return QCoro::waitFor(runSync(command.profile, std::move(services), stop));
+        });
+    }
+
+private:
+    template <class Work>
+    CommandResult withServices(const std::optional<QString>& baseURL, const Work& work) const
+    {
+        const auto base = machine.base(baseURL);
+        if (!base) {
+            return failed(ExitCode::usage, base.error());
+        }
+        // A refresh that is under way must not be cut off: its token could be lost.
+        std::stop_source stop;
+        const TerminationSignals signals{[&stop] { stop.request_stop(); }};
+        return work(machine.services(*base), stop.get_token());
     }
 };
 
@@ -116,14 +141,11 @@ CommandResult run(const QStringList& arguments)
     if (!line) {
         return failed(ExitCode::usage, line.error().toStdString());
     }
-    Machine machine{builtIn, {}};
-    if (line->infoFile) {
-        auto info = InfoDictionary::fromFile(*line->infoFile);
-        if (!info) {
-            return failed(ExitCode::usage, info.error().toStdString());
-        }
-        machine.info = *std::move(info);
+    const auto info = line->infoFile ? InfoDictionary::fromFile(*line->infoFile) : builtIn;
+    if (!info) {
+        return failed(ExitCode::usage, info.error().toStdString());
     }
+    Machine machine{*info};
     return std::visit(Run{machine}, line->command);
 }
 

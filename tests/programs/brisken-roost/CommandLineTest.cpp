@@ -51,6 +51,36 @@ TEST(CommandLine, TakesTheOptionsOfFetch)
               (Command{FetchCommand{QStringLiteral("http://127.0.0.1:1"), "a"}}));
 }
 
+TEST(CommandLine, TakesTheCommandsAboutProfiles)
+{
+    const auto base = QStringLiteral("http://localhost:1");
+    EXPECT_EQ(parse({"sign-in"})->command, Command{SignInCommand{}});
+    EXPECT_EQ(parse({"sign-in", "--base-url", "http://localhost:1"})->command, Command{SignInCommand{base}});
+    EXPECT_EQ(parse({"accounts"})->command, Command{AccountsCommand{}});
+    EXPECT_EQ(parse({"accounts", "--base-url", "http://localhost:1"})->command,
+              Command{AccountsCommand{base}});
+    EXPECT_EQ(parse({"sign-out", "p|1"})->command, (Command{SignOutCommand{std::nullopt, "p|1"}}));
+    EXPECT_EQ(parse({"sign-out", "--base-url=http://localhost:1", "a"})->command,
+              (Command{SignOutCommand{base, "a"}}));
+    EXPECT_EQ(parse({"sync"})->command, Command{SyncCommand{}});
+    EXPECT_EQ(parse({"sync", "a", "--base-url=http://localhost:1"})->command,
+              (Command{SyncCommand{base, "a"}}));
+}
+
+TEST(CommandLine, AsksWhichProfileToSignOut)
+{
+    EXPECT_THAT(errorOf({"sign-out"}), HasSubstr("Which profile?"));
+}
+
+TEST(CommandLine, TakesNoMoreWordsThanACommandHasUseFor)
+{
+    EXPECT_THAT(errorOf({"sign-in", "a"}), HasSubstr("\"a\" is one argument too many."));
+    EXPECT_THAT(errorOf({"accounts", "a"}), HasSubstr("\"a\" is one argument too many."));
+    EXPECT_THAT(errorOf({"sign-out", "a", "b"}), HasSubstr("\"b\" is one argument too many."));
+    EXPECT_THAT(errorOf({"sync", "a", "b"}), HasSubstr("\"b\" is one argument too many."));
+    EXPECT_THAT(errorOf({"sync", "--profile", "a"}), HasSubstr("profile"));
+}
+
 TEST(CommandLine, TakesTheInformationFileBeforeAndAfterTheCommand)
 {
     EXPECT_EQ(parse({"--info", "a.json", "status"})->infoFile, QStringLiteral("a.json"));

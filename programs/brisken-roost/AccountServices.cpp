@@ -1,0 +1,38 @@
+#include "programs/brisken-roost/AccountServices.h"
+
+namespace roost {
+
+namespace {
+
+const std::string prefix = "refresh-token|";
+
+} // namespace
+
+QCoro::Task<std::expected<std::vector<std::string>, SecretsUnavailable>>
+AccountServices::signedInProfiles() const
+{
+    auto listing = secrets.keys(prefix);
+    auto ids = co_await listing;
+    if (ids) {
+        for (std::string& id : *ids) {
+            id.erase(0, prefix.size());
+        }
+    }
+    co_return ids;
+}
+
+std::string sentenceFor(SecretsUnavailable unavailable)
+{
+    switch (unavailable.why) {
+    case SecretsUnavailable::Why::locked:
+        return "The keyring is locked. Unlock it and try again.";
+    case SecretsUnavailable::Why::noService:
+        return "There is no keyring to keep the sign-in in. Install one that offers the Secret Service, for "
+               "example gnome-keyring, KWallet or KeePassXC, and try again.";
+    case SecretsUnavailable::Why::notAnswering:
+        return "The keyring does not answer. Try again.";
+    }
+    return {};
+}
+
+} // namespace roost

@@ -1,0 +1,51 @@
+#include "programs/brisken-roost/Machine.h"
+
+#include "model/SharedContainer.h"
+#include "service/RoostEnvironment.h"
+#include "service/SecureURL.h"
+
+namespace roost {
+
+namespace {
+
+/// The item name of everything that this program keeps in the keyring.
+constexpr const char* keychainService = "world.brisken.roost.mac";
+
+} // namespace
+
+WidgetStore Machine::store()
+{
+    using namespace SharedContainer;
+    return {files_, resolve(UserFolders::fromEnvironment(), groupIdentifier(info_)).directory};
+}
+
+NetworkHttpSession& Machine::session()
+{
+    if (!session_) {
+        session_ = std::make_unique<NetworkHttpSession>();
+    }
+    return *session_;
+}
+
+std::expected<QUrl, std::string> Machine::base(const std::optional<QString>& text) const
+{
+    const std::string address =
+        text ? text->toStdString()
+             : RoostEnvironment::baseURL(info_).toString(QUrl::FullyEncoded).toStdString();
+    const auto url = secureURL(address);
+    if (!url) {
+        return std::unexpected("The base URL is neither https nor a service on this machine.");
+    }
+    return url->url();
+}
+
+AccountServices Machine::services(const QUrl& base)
+{
+    secrets_ = std::make_unique<KeychainSecretStore>(keychainService, KeychainSecretStore::Patience{});
+    // Not in the runtime folder: a process that was started without one must meet the same locks.
+    lock_ = std::make_unique<FileRefreshLock>(store().directory() / "locks");
+    oauth_ = std::make_unique<OAuthClient>(base, session(), *secrets_, systemClock());
+    return {*oauth_, {base, session()}, *secrets_, *lock_, {store(), systemClock()}, systemClock()};
+}
+
+} // namespace roost

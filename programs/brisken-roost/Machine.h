@@ -1,0 +1,45 @@
+#pragma once
+
+#include "model/InfoDictionary.h"
+#include "model/RealFileSystem.h"
+#include "platform/FileRefreshLock.h"
+#include "platform/KeychainSecretStore.h"
+#include "programs/brisken-roost/AccountServices.h"
+#include "service/NetworkHttpSession.h"
+
+#include <QUrl>
+
+#include <expected>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace roost {
+
+/// The real parts that the commands work with, each made when it is first asked for: `status` opens neither
+/// the keyring nor the network. Owned by `main`; main thread.
+class Machine {
+public:
+    explicit Machine(InfoDictionary info) : info_(std::move(info)) {}
+
+    FileSystem& files() { return files_; }
+    WidgetStore store();
+    NetworkHttpSession& session();
+
+    /// The service that `text` names, or the build's own. The error is a sentence: such an address must not
+    /// be told tokens.
+    std::expected<QUrl, std::string> base(const std::optional<QString>& text) const;
+
+    /// What the commands about profiles of the service at `base` work with. Valid as long as this is.
+    AccountServices services(const QUrl& base);
+
+private:
+    InfoDictionary info_;
+    RealFileSystem files_;
+    std::unique_ptr<NetworkHttpSession> session_;
+    std::unique_ptr<KeychainSecretStore> secrets_;
+    std::unique_ptr<FileRefreshLock> lock_;
+    std::unique_ptr<OAuthClient> oauth_;
+};
+
+} // namespace roost
