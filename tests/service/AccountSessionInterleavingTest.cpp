@@ -119,6 +119,7 @@ public:
     void check()
     {
         require(world.server.mostInFlight() <= 1, "one token request at a time");
+        require(sessions.size() > 1 || world.lock.mostAskers() <= 1, "one refresh at a time");
         require(world.server.reuses() == 0, "no refresh token is sent twice");
         for (const auto& session : sessions) {
             const bool isSignedOut = session->state() == State::signedOut;

@@ -1,5 +1,6 @@
 #include "tests/support/ScriptedRefreshLock.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace roost::test {
@@ -7,7 +8,11 @@ namespace roost::test {
 class ScriptedRefreshLock::HeldName final : public RefreshLock::Held {
 public:
     HeldName(ScriptedRefreshLock& lock, std::string name) : lock_(&lock), name_(std::move(name)) {}
-    ~HeldName() override { lock_->held_.erase(name_); }
+    ~HeldName() override
+    {
+        lock_->held_.erase(name_);
+        --lock_->askers_;
+    }
 
     HeldName(const HeldName&) = delete;
     HeldName& operator=(const HeldName&) = delete;
@@ -20,10 +25,13 @@ private:
 QCoro::Task<std::unique_ptr<RefreshLock::Held>> ScriptedRefreshLock::acquire(std::string profileId,
                                                                              std::stop_token stop)
 {
+    ++askers_;
+    mostAskers_ = std::max(mostAskers_, askers_);
     const ShuffledTurns::Turn turn = turns_->turn();
     do {
         co_await turn;
         if (isBlocked || stop.stop_requested()) {
+            --askers_;
             co_return std::unique_ptr<Held>();
         }
     } while (held_.contains(profileId));

@@ -20,12 +20,16 @@ public:
     QCoro::Task<std::unique_ptr<Held>> acquire(std::string profileId, std::stop_token stop) override;
 
     bool isHeld(const std::string& profileId) const { return held_.contains(profileId); }
+    /// How many wanted or had a lock at a time.
+    std::size_t mostAskers() const { return mostAskers_; }
 
 private:
     class HeldName;
 
     ShuffledTurns* turns_;
     std::set<std::string> held_;
+    std::size_t askers_ = 0;
+    std::size_t mostAskers_ = 0;
 };
 
 } // namespace roost::test
