@@ -6,8 +6,8 @@ namespace roost::test {
 
 namespace {
 
-constexpr KeychainError refused{-25299};
-constexpr KeychainError locked{-25308};
+constexpr KeychainError refused{KeychainError::internalComponent};
+constexpr KeychainError locked{KeychainError::interactionNotAllowed};
 
 } // namespace
 
@@ -86,6 +86,13 @@ ScriptedSecretStore::keys(std::string prefix)
         }
     }
     co_return found;
+}
+
+QCoro::Task<bool> ScriptedSecretStore::unlock()
+{
+    const ShuffledTurns::Turn turn = turns_->turn();
+    co_await turn;
+    co_return !unavailable;
 }
 
 QCoro::Task<void> ScriptedSecretStore::inOrder(std::string key, std::function<void()> effect)

@@ -38,6 +38,8 @@ public:
     QCoro::Task<bool> remove(std::string key) override;
     QCoro::Task<std::expected<std::vector<std::string>, SecretsUnavailable>>
     keys(std::string prefix) override;
+    /// What `unavailable` was stays: nobody is there to answer.
+    QCoro::Task<bool> unlock() override;
 
 private:
     struct Call {
