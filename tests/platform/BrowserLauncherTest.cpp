@@ -63,7 +63,7 @@ TEST(BrowserLauncher, GivesTheOpenerItsEnvironmentAndNoTerminal)
     Launch launch;
     launch.desktop.set("ROOST_MARK", "mark");
     launch.opener(
-        R"(echo $ROOST_MARK; readlink /proc/$$/fd/0 /proc/$$/fd/2; ps -o sid= -p $$ | grep -qx " *$$" && echo apart)");
+        R"(echo $ROOST_MARK; readlink /proc/$$/fd/0 /proc/$$/fd/2; [ "$(cut -d' ' -f6 /proc/$$/stat)" = $$ ] && echo apart)");
     launch.open();
     ASSERT_TRUE(launch.waitForSeen());
     EXPECT_EQ(launch.seen(), "mark\n/dev/null\n/dev/null\napart\n");
