@@ -54,6 +54,24 @@ TEST_F(KeychainSecretStoreTest, DoesNotNoticeARestartOfTheDaemon)
     EXPECT_TRUE(await(store_.set("next", "key")));
 }
 
+TEST(KeychainSecretStoreOnADesktop, HasTheBusStartTheServiceWhichIsLockedThen)
+{
+    const PrivateBus bus{PrivateBus::Activation::installed};
+    PrivateKeyring keyring{bus};
+    KeychainSecretStore store{"service", patient};
+    EXPECT_EQ(await(store.get("key")), std::unexpected(SecretsUnavailable{Why::noService}))
+        << "there is no keyring yet";
+    bus.stopService(QStringLiteral("org.freedesktop.secrets"));
+
+    keyring.startUnlocked();
+    ASSERT_TRUE(await(store.set("value", "key")));
+    keyring.end();
+
+    EXPECT_EQ(await(store.get("key")), std::unexpected(SecretsUnavailable{Why::locked}));
+    keyring.unlock();
+    EXPECT_EQ(await(store.get("key")).value(), std::optional<std::string>("value"));
+}
+
 TEST_F(KeychainSecretStoreTest, GetsNoAnswerFromADaemonThatIsKilledMeanwhile)
 {
     keyring_.startUnlocked();

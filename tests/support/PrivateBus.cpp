@@ -3,7 +3,9 @@
 #include "tests/support/Poll.h"
 
 #include <QDBusConnectionInterface>
+#include <QDBusReply>
 
+#include <csignal>
 #include <stdexcept>
 
 namespace roost::test {
@@ -76,6 +78,16 @@ void PrivateBus::awaitName(const QString& name, bool isThere) const
 {
     poll("the name on the bus",
          [&] { return connection_.interface()->isServiceRegistered(name).value() == isThere; });
+}
+
+void PrivateBus::stopService(const QString& name) const
+{
+    const QDBusReply<uint> pid = connection_.interface()->servicePid(name);
+    if (!pid.isValid() || pid.value() == 0) {
+        throw std::runtime_error("nobody has " + name.toStdString());
+    }
+    ::kill(static_cast<pid_t>(pid.value()), SIGKILL);
+    awaitName(name, false);
 }
 
 } // namespace roost::test

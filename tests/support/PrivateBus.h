@@ -43,6 +43,9 @@ public:
     void freeze() const { daemon_.freeze(); }
     void thaw() const { daemon_.thaw(); }
 
+    /// Kills the process that has `name`, which the bus has started, and returns when nobody has it any more.
+    void stopService(const QString& name) const;
+
     /// Kills the bus and what it started.
     void end() { daemon_.end(); }
 
