@@ -82,21 +82,19 @@ bool isOpen(KeyringSession& session, GCancellable* stop)
 KeyringResult<std::string> questionFor(KeyringSession& session, GCancellable* stop)
 {
     const KeyringResult<std::string> collection = session.defaultCollection(stop);
-    KeyringResult<GOwnedVariant> reply = std::unexpected(KeyringFailure::noCollection);
     if (collection) {
-        const char* path = collection->c_str();
-        reply = session.call(servicePath, serviceInterface, "Unlock",
-                             g_variant_new("(@ao)", g_variant_new_objv(&path, 1)), "(aoo)", stop);
-    } else if (collection.error() == KeyringFailure::noCollection) {
-        GVariantBuilder properties;
-        g_variant_builder_init(&properties, G_VARIANT_TYPE("a{sv}"));
-        g_variant_builder_add(&properties, "{sv}", "org.freedesktop.Secret.Collection.Label",
-                              g_variant_new_string("Default keyring"));
-        reply = session.call(servicePath, serviceInterface, "CreateCollection",
-                             g_variant_new("(a{sv}s)", &properties, "default"), "(oo)", stop);
-    } else {
+        return session.unlock(*collection, stop);
+    }
+    if (collection.error() != KeyringFailure::noCollection) {
         return collection;
     }
+    GVariantBuilder properties;
+    g_variant_builder_init(&properties, G_VARIANT_TYPE("a{sv}"));
+    g_variant_builder_add(&properties, "{sv}", "org.freedesktop.Secret.Collection.Label",
+                          g_variant_new_string("Default keyring"));
+    const KeyringResult<GOwnedVariant> reply =
+        session.call(servicePath, serviceInterface, "CreateCollection",
+                     g_variant_new("(a{sv}s)", &properties, "default"), "(oo)", stop);
     if (!reply) {
         return std::unexpected(reply.error());
     }
@@ -116,7 +114,7 @@ KeyringResult<bool> openByAsking(KeyringSession& session, GCancellable* stop)
     if (!prompt) {
         return std::unexpected(prompt.error());
     }
-    if (*prompt != "/") {
+    if (*prompt != KeyringSession::noQuestion) {
         PromptWatch watch{session.connection(), *prompt, stop};
         const auto put =
             session.call(*prompt, promptInterface, "Prompt", g_variant_new("(s)", ""), "()", stop);

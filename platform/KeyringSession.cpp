@@ -2,7 +2,6 @@
 
 #include "platform/QuietSecretService.h"
 
-#include <array>
 #include <utility>
 
 namespace roost {
@@ -114,7 +113,7 @@ KeyringResult<std::string> KeyringSession::defaultCollection(GCancellable* stop)
     return std::string{path.get()};
 }
 
-KeyringResult<void> KeyringSession::ensureOpen(std::string collection, GCancellable* stop)
+KeyringResult<void> KeyringSession::ensureOpen(const std::string& collection, GCancellable* stop)
 {
     const KeyringResult<GOwnedVariant> locked =
         property(collection, collectionInterface, "Locked", "b", stop);
@@ -124,17 +123,29 @@ KeyringResult<void> KeyringSession::ensureOpen(std::string collection, GCancella
     if (g_variant_get_boolean(locked->get()) == FALSE) {
         return {};
     }
-    std::array<const char*, 2> paths{collection.c_str(), nullptr};
-    GErrorSlot error;
-    const int opened =
-        secret_service_unlock_dbus_paths_sync(service_.get(), paths.data(), stop, nullptr, error);
-    if (error.get() != nullptr) {
-        return failed(error);
+    const KeyringResult<std::string> question = unlock(collection, stop);
+    if (!question) {
+        return std::unexpected(question.error());
     }
-    if (opened == 0) {
+    if (*question != noQuestion) {
         return std::unexpected(KeyringFailure::locked);
     }
     return {};
+}
+
+KeyringResult<std::string> KeyringSession::unlock(const std::string& collection, GCancellable* stop)
+{
+    // Not by libsecret, which makes an object of every question and leaks a little each time.
+    const char* path = collection.c_str();
+    const KeyringResult<GOwnedVariant> reply =
+        call("/org/freedesktop/secrets", "org.freedesktop.Secret.Service", "Unlock",
+             g_variant_new("(@ao)", g_variant_new_objv(&path, 1)), "(aoo)", stop);
+    if (!reply) {
+        return std::unexpected(reply.error());
+    }
+    const char* question = nullptr;
+    g_variant_get_child(reply->get(), 1, "&o", &question);
+    return std::string{question};
 }
 
 KeyringResult<KeyringSession::Items> KeyringSession::search(const Attributes& attributes, GCancellable* stop)

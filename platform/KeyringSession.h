@@ -28,13 +28,19 @@ public:
         std::vector<std::string> locked;
     };
 
+    static constexpr const char* noQuestion = "/";
+
     static KeyringResult<std::unique_ptr<KeyringSession>> open(GCancellable* stop);
 
     /// The path of the default collection; `noCollection` when the service has none.
     KeyringResult<std::string> defaultCollection(GCancellable* stop);
 
     /// Success when the collection is open, or opens without a question, as one without a password does.
-    KeyringResult<void> ensureOpen(std::string collection, GCancellable* stop);
+    KeyringResult<void> ensureOpen(const std::string& collection, GCancellable* stop);
+
+    /// Opens the collection, where that needs no question: then it is `noQuestion`. Otherwise the path of the
+    /// question that would have to be put to the user, and is not.
+    KeyringResult<std::string> unlock(const std::string& collection, GCancellable* stop);
 
     /// The items of all collections that have these attributes and maybe more.
     KeyringResult<Items> search(const Attributes& attributes, GCancellable* stop);
