@@ -15,7 +15,7 @@ class BrowserLauncher final : public QObject, public BrowserOpener {
 
 public:
     /// xdg-open is looked for along the PATH of `environment`, and runs with it.
-    explicit BrowserLauncher(QProcessEnvironment environment) : environment_(std::move(environment)) {}
+    explicit BrowserLauncher(const QProcessEnvironment& environment) : environment_(environment) {}
 
     void open(WebURL url, std::function<void(Trouble)> failed) override;
 

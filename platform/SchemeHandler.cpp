@@ -33,10 +33,10 @@ std::optional<std::filesystem::path> dataFolder(const QProcessEnvironment& envir
 } // namespace
 
 SchemeHandler::SchemeHandler(FileSystem& files, std::filesystem::path program,
-                             QProcessEnvironment environment, std::chrono::milliseconds timeout)
+                             const QProcessEnvironment& environment, std::chrono::milliseconds timeout)
     : files_(files),
       program_(std::move(program)),
-      environment_(std::move(environment)),
+      environment_(environment),
       timeout_(timeout)
 {
 }

@@ -40,7 +40,7 @@ public:
 
     /// `program` is what is to be started; `timeout` is for each question to the desktop. `environment` says
     /// where the user's folders and the desktop's tools are.
-    SchemeHandler(FileSystem& files, std::filesystem::path program, QProcessEnvironment environment,
+    SchemeHandler(FileSystem& files, std::filesystem::path program, const QProcessEnvironment& environment,
                   std::chrono::milliseconds timeout = std::chrono::seconds(10));
 
     /// Writes our desktop entry into the user's data folder, unless it stands there already.
