@@ -2,7 +2,7 @@
 
 #include "model/Arrival.h"
 #include "model/RoostLog.h"
-#include "platform/CallbackAddress.h"
+#include "service/QueryItems.h"
 
 #include <QTimer>
 

@@ -2,6 +2,7 @@
 
 #include "model/RoostLog.h"
 #include "platform/CallbackAddress.h"
+#include "service/QueryItems.h"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
 #include "service/AuthorizationRequest.h"
 
-#include "service/FormEncoding.h"
+#include "service/QueryItems.h"
 
 #include <QUrl>
 
@@ -20,14 +20,6 @@ bool isSameAddress(const QUrl& a, const QUrl& b)
            a.path(QUrl::FullyEncoded) == b.path(QUrl::FullyEncoded);
 }
 
-/// What stands between "?" and "#", byte for byte; nothing without a "?".
-std::optional<std::string_view> queryOf(std::string_view address)
-{
-    address = address.substr(0, address.find('#'));
-    const auto mark = address.find('?');
-    return mark == std::string_view::npos ? std::nullopt : std::optional{address.substr(mark + 1)};
-}
-
 std::string_view withoutSlash(std::string_view issuer)
 {
     return issuer.ends_with('/') ? issuer.substr(0, issuer.size() - 1) : issuer;
@@ -38,27 +30,25 @@ std::string_view withoutSlash(std::string_view issuer)
 std::expected<std::string, RoostAuthError> authorizationCode(std::string_view callback,
                                                              const AuthorizationRequest& request)
 {
-    using FormEncoding::firstValue;
     using Kind = RoostAuthError::Kind;
     const auto refused = [](Kind kind) { return std::unexpected(RoostAuthError{kind, 0, {}}); };
 
     if (!isSameAddress(strictly(callback), strictly(request.redirectURI))) {
         return refused(Kind::invalidCallback);
     }
-    const auto query = queryOf(callback);
-    if (!query || firstValue(*query, "state") != request.state) {
+    if (firstQueryItem(callback, "state") != request.state) {
         return refused(Kind::stateMismatch);
     }
-    const auto issuer = firstValue(*query, "iss");
+    const auto issuer = firstQueryItem(callback, "iss");
     if (issuer ? withoutSlash(*issuer) != withoutSlash(request.endpoints.issuer.text())
                : request.endpoints.issuerInResponse) {
         return refused(Kind::issuerMismatch);
     }
-    if (auto error = firstValue(*query, "error")) {
+    if (auto error = firstQueryItem(callback, "error")) {
         return *error == "access_denied" ? refused(Kind::cancelled)
                                          : std::unexpected(RoostAuthError::denied(*std::move(error)));
     }
-    const auto code = firstValue(*query, "code");
+    const auto code = firstQueryItem(callback, "code");
     if (!code || code->empty()) {
         return refused(Kind::invalidCallback);
     }

@@ -5,8 +5,6 @@
 namespace roost::test {
 namespace {
 
-using std::nullopt;
-
 TEST(CallbackAddresses, AreThoseOfTheSchemeInAnyCase)
 {
     EXPECT_TRUE(isCallback("briskenroost://callback?x", "briskenroost"));
@@ -32,44 +30,6 @@ TEST(CallbackAddresses, HaveALongestLength)
     address.resize(longestCallback, 'a');
     EXPECT_TRUE(isCallback(address, "briskenroost"));
     EXPECT_FALSE(isCallback(address + 'a', "briskenroost"));
-}
-
-TEST(QueryItems, AreFoundByTheirDecodedNames)
-{
-    EXPECT_EQ(firstQueryItem("a:b?x=1&state=2&y", "state"), "2");
-    EXPECT_EQ(firstQueryItem("a:b?st%61te=2", "state"), "2");
-    EXPECT_EQ(firstQueryItem("a:b?State=2&astate=3&state2=4", "state"), nullopt);
-    EXPECT_EQ(firstQueryItem("a:b", "state"), nullopt);
-    EXPECT_EQ(firstQueryItem("a:b?", "state"), nullopt);
-    EXPECT_EQ(firstQueryItem("", "state"), nullopt);
-}
-
-TEST(QueryItems, AreTheFirstOrTheLastOfTheirName)
-{
-    EXPECT_EQ(firstQueryItem("a:b?state=1&state=2", "state"), "1");
-    EXPECT_EQ(lastQueryItem("a:b?state=1&state=2", "state"), "2");
-    EXPECT_EQ(firstQueryItem("a:b?state&state=2", "state"), "") << "also without a value";
-    EXPECT_EQ(firstQueryItem("a:b?state=&state=2", "state"), "");
-}
-
-TEST(QueryItems, AreDecodedLikeForms)
-{
-    EXPECT_EQ(firstQueryItem("a:b?s=a+b%2Bc%20d%3D%26", "s"), "a b+c d=&");
-    EXPECT_EQ(firstQueryItem("a:b?s=a=b", "s"), "a=b");
-    EXPECT_EQ(firstQueryItem("a:b?s=%", "s"), "%");
-}
-
-TEST(QueryItems, AreNoneOfTheFragment)
-{
-    EXPECT_EQ(firstQueryItem("a:b#?state=1", "state"), nullopt);
-    EXPECT_EQ(firstQueryItem("a:b?state=1#&state=2", "state"), "1");
-    EXPECT_EQ(lastQueryItem("a:b?state=1#&state=2", "state"), "1");
-}
-
-TEST(QueryItems, AreNoneOfThePath)
-{
-    EXPECT_EQ(firstQueryItem("a:b&state=1", "state"), nullopt);
-    EXPECT_EQ(firstQueryItem("a:b?x?state=1", "state"), nullopt);
 }
 
 } // namespace

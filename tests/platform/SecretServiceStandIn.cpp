@@ -15,8 +15,7 @@ const QString collectionPath = rootPath + QStringLiteral("/collection/only");
 } // namespace
 
 SecretServiceStandIn::SecretServiceStandIn(const PrivateBus& bus, Collection collection)
-    : connection_(QDBusConnection::connectToBus(bus.address(),
-                                                QStringLiteral("secret service stand-in"))),
+    : connection_(QDBusConnection::connectToBus(bus.address(), QStringLiteral("secret service stand-in"))),
       collection_(collection)
 {
     connection_.registerVirtualObject(rootPath, this, QDBusConnection::SubPath);

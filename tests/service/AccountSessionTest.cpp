@@ -255,7 +255,8 @@ TEST_F(AccountSessionTest, RefreshesFromALockedStoreWithWhatItCouldNotStore)
 {
     world.secrets.failWrites = true;
     const TokenSet tokens = world.server.signIn();
-    EXPECT_EQ(world.ended(session->adopt(tokens)), std::unexpected(KeychainError{KeychainError::internalComponent}));
+    EXPECT_EQ(world.ended(session->adopt(tokens)),
+              std::unexpected(KeychainError{KeychainError::internalComponent}));
     EXPECT_EQ(session->state(), State::active);
     EXPECT_EQ(valid(session), Token("access-1-0"));
 
