@@ -21,10 +21,13 @@ QCoro::Task<CommandResult> runSignOut(std::string profileId, AccountServices ser
     // A refresh in another process ends before, and so cannot bring the token back.
     auto locking = services.lock.acquire(profileId, stop);
     const auto held = co_await locking;
+    if (held == nullptr) {
+        co_return failed(ExitCode::failure, messageFor(AuthFailure{RefreshBlocked{}}));
+    }
     const auto session = services.session(profileId);
     auto signingOut = session->signOut();
-    if (held == nullptr || !co_await signingOut) {
-        co_return failed(ExitCode::failure, "Something went wrong. Try again.");
+    if (!co_await signingOut) {
+        co_return failed(ExitCode::failure, "The keyring does not answer. Try again.");
     }
     if (!services.file.remove(profileId)) {
         co_return failed(ExitCode::failure, "Signed out, but the last numbers could not be removed.");

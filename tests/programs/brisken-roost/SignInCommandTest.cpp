@@ -72,7 +72,7 @@ TEST_F(SignInCommandTest, KeepsTheTokenAndTheFirstNumbers)
     EXPECT_EQ(refreshToken("a"), "R1");
     EXPECT_EQ(store.read(), fileOf({recordOf("a", 48213, 0s)}));
     EXPECT_THAT(log.messages("world.brisken.roost.mac.auth"),
-                ElementsAre("sign-in started", "sign-in finished"));
+                ElementsAre(QStringLiteral("sign-in started"), QStringLiteral("sign-in finished")));
 }
 
 TEST_F(SignInCommandTest, PutsAKnownProfileInItsPlace)
@@ -114,7 +114,7 @@ TEST_F(SignInCommandTest, SaysThatItWasCancelled)
     browser.answer = std::unexpected(RoostAuthError{Kind::cancelled, 0, {}});
     expectRefused("The sign-in was cancelled.");
     EXPECT_THAT(log.messages("world.brisken.roost.mac.auth"),
-                ElementsAre("sign-in started", "sign-in cancelled"));
+                ElementsAre(QStringLiteral("sign-in started"), QStringLiteral("sign-in cancelled")));
 }
 
 TEST_F(SignInCommandTest, OpensNoBrowserWhereNothingCanBeKept)
