@@ -185,6 +185,25 @@ TEST(AccountSessionRaces, ASignInThatCouldNotBeStoredGoesBeforeTheOldTokenThatWa
     }
 }
 
+TEST(AccountSessionRaces, ALateAnswerOfTheStoreDoesNotCountForANewerToken)
+{
+    // Many, since the answer must stay away for a whole refresh.
+    for (std::uint64_t order = 0; order < 50 * orders; ++order) {
+        SessionWorld world(order);
+        const auto session = world.signedIn();
+        world.letTokensExpire();
+        ASSERT_EQ(world.ended(session->validAccessToken({})), Token("access-0-1"));
+
+        Pending adopting(session->adopt(world.server.signIn()));
+        ASSERT_TRUE(world.turns.runUntil([&] { return world.stored() == "refresh-1-0"; }));
+        world.secrets.failWrites = true;
+        for (const char* token : {"access-1-1", "access-1-2"}) {
+            world.letTokensExpire();
+            ASSERT_EQ(world.ended(session->validAccessToken({})), Token(token)) << order;
+        }
+    }
+}
+
 TEST(AccountSessionRaces, ASignInWhileTheGoneOneIsBeingRemovedStays)
 {
     for (std::uint64_t order = 0; order < orders; ++order) {
