@@ -18,10 +18,14 @@ QCoro::Task<std::expected<std::optional<std::string>, SecretsUnavailable>> Clien
     auto asking = secrets_->get(key);
     auto stored = co_await asking;
     if (!stored && stored.error().why == SecretsUnavailable::Why::noService) {
+        const auto found = found_.find(key);
+        co_return found == found_.end() ? std::nullopt : std::optional{found->second};
+    }
+    if (stored && stored->value_or("").empty()) {
         co_return std::nullopt;
     }
-    if (stored && stored->has_value() && (*stored)->empty()) {
-        co_return std::nullopt;
+    if (stored) {
+        found_[key] = **stored;
     }
     co_return stored;
 }
@@ -34,6 +38,7 @@ QCoro::Task<void> ClientIDStore::keep(WebURL issuer, std::string id)
     auto storing = secrets_->set(id, key);
     const auto stored = co_await storing;
     if (const auto kept = unstored_.find(key); stored && kept != unstored_.end() && kept->second == id) {
+        found_.insert_or_assign(key, id);
         unstored_.erase(kept);
     }
 }
@@ -42,6 +47,7 @@ QCoro::Task<void> ClientIDStore::forget(WebURL issuer)
 {
     const std::string key = keyFor(issuer);
     unstored_.erase(key);
+    found_.erase(key);
     auto removing = secrets_->remove(key);
     static_cast<void>(co_await removing);
 }

@@ -29,8 +29,9 @@ public:
 
 private:
     SecretStore* secrets_;
-    /// By key: the ids that the store did not take.
+    /// By key: the ids that the store did not take, and those that it gave while it was there.
     std::map<std::string, std::string> unstored_;
+    std::map<std::string, std::string> found_;
 };
 
 } // namespace roost

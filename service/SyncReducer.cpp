@@ -35,11 +35,11 @@ std::optional<double> firstRetryTime(std::span<const SyncOutcome::Any> outcomes)
 double nextDelay(std::span<const SyncOutcome::Any> outcomes, std::int64_t consecutiveFailures,
                  double interval)
 {
-    if (consecutiveFailures == std::numeric_limits<std::int64_t>::min()) {
-        qFatal("a count of failures that cannot be");
-    }
     if (std::ranges::none_of(outcomes, reasonOf)) {
         return interval;
+    }
+    if (consecutiveFailures == std::numeric_limits<std::int64_t>::min()) {
+        qFatal("a count of failures that cannot be");
     }
     const std::int64_t doublings = std::max<std::int64_t>(consecutiveFailures - 1, 0);
     const double delay = std::min(firstBackOff * std::exp2(static_cast<double>(doublings)), interval);

@@ -10,8 +10,8 @@ namespace roost::SyncReducer {
 
 /// How long to wait until the next cycle, in seconds: `interval` when nothing failed; otherwise 60 s doubled
 /// with every further one of the `consecutiveFailures`, lengthened to the first retry time among the
-/// `outcomes`, and never more than `interval`. Precondition: `consecutiveFailures` is not the smallest number
-/// there is; that ends the program.
+/// `outcomes`, and never more than `interval`. Precondition: when something failed, `consecutiveFailures` is
+/// not the smallest number there is; that ends the program.
 double nextDelay(std::span<const SyncOutcome::Any> outcomes, std::int64_t consecutiveFailures,
                  double interval);
 

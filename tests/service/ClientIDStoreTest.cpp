@@ -87,6 +87,20 @@ TEST_F(ClientIDStoreTest, HasNoneOnAMachineWithoutASecretStore)
     EXPECT_EQ(found(), "c1");
 }
 
+TEST_F(ClientIDStoreTest, RemembersWhatItFoundWhenTheStoreGoesAway)
+{
+    secrets.values[key] = "c1";
+    EXPECT_EQ(found(), "c1");
+    secrets.unavailable = SecretsUnavailable{Why::noService};
+    EXPECT_EQ(found(), "c1");
+    forget();
+    EXPECT_EQ(found(), Found{std::nullopt});
+    secrets.unavailable.reset();
+    keep("c2");
+    secrets.unavailable = SecretsUnavailable{Why::noService};
+    EXPECT_EQ(found(), "c2");
+}
+
 TEST_F(ClientIDStoreTest, ForgetsStoredAndUnstoredIdsAlike)
 {
     keep("c1");
