@@ -18,6 +18,7 @@
 
 #include <QCoreApplication>
 #include <QCoro/QCoroTask>
+#include <QLoggingCategory>
 
 #include <array>
 #include <cstdio>
@@ -154,6 +155,10 @@ CommandResult run(const QStringList& arguments)
 int main(int argc, char* argv[])
 {
     RoostLog::install();
+    if (::isatty(STDERR_FILENO) != 0) {
+        // People who type commands are told what came of them, not each step on the way.
+        QLoggingCategory::setFilterRules(QStringLiteral("world.brisken.roost.mac.*.info=false"));
+    }
     QCoreApplication application{argc, argv};
     const CommandResult result = run(QCoreApplication::arguments().sliced(1));
     const bool written = std::fputs(result.output.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
