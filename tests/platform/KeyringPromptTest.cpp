@@ -95,6 +95,17 @@ TEST(KeyringPrompt, IsNeverPutByAnythingButUnlock)
     EXPECT_EQ(service.putCount(), 0);
 }
 
+TEST(KeyringPrompt, IsNotPutByAnOpenKeyringThatWantsOneForAnItem)
+{
+    const PrivateBus bus;
+    const SecretServiceStandIn service{bus, Collection::open};
+    KeychainSecretStore store{"service", patient};
+
+    EXPECT_EQ(await(store.set("value", "key")), std::unexpected(KeychainError{-25308}));
+
+    EXPECT_EQ(service.putCount(), 0);
+}
+
 TEST(KeyringPrompt, StaysOnTheScreenWhenNobodyWaitsAnyLonger)
 {
     const PrivateBus bus;

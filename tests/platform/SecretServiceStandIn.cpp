@@ -1,5 +1,6 @@
 #include "tests/platform/SecretServiceStandIn.h"
 
+#include <QDBusError>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
 
@@ -36,6 +37,11 @@ QString SecretServiceStandIn::introspect(const QString& /*path*/) const { return
 
 bool SecretServiceStandIn::handleMessage(const QDBusMessage& message, const QDBusConnection& connection)
 {
+    if (message.member() == QStringLiteral("OpenSession") &&
+        message.arguments().constFirst().toString() != QStringLiteral("plain")) {
+        return connection.send(
+            message.createErrorReply(QDBusError::NotSupported, QStringLiteral("only plain")));
+    }
     return connection.send(message.createReply(replyTo(message)));
 }
 
@@ -48,6 +54,14 @@ QVariantList SecretServiceStandIn::replyTo(const QDBusMessage& message)
     }
     if (member == QStringLiteral("Get")) {
         return {QVariant::fromValue(QDBusVariant{collection_ == Collection::locked})};
+    }
+    if (member == QStringLiteral("OpenSession")) {
+        return {QVariant::fromValue(QDBusVariant{QString()}),
+                QVariant::fromValue(QDBusObjectPath{rootPath + QStringLiteral("/session/s1")})};
+    }
+    if (member == QStringLiteral("CreateItem")) {
+        return {QVariant::fromValue(QDBusObjectPath{QStringLiteral("/")}),
+                QVariant::fromValue(QDBusObjectPath{rootPath + QStringLiteral("/prompt/item")})};
     }
     if (member == QStringLiteral("Unlock") || member == QStringLiteral("CreateCollection")) {
         const QString prompt = rootPath + QStringLiteral("/prompt/p%1").arg(++offeredCount_);
