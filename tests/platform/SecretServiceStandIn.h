@@ -9,7 +9,8 @@
 namespace roost::test {
 
 /// A Secret Service whose user is the test: its one collection is locked or missing, and each question waits
-/// until the test answers it. For what a keyring without a display cannot show. Holds no items. Main thread,
+/// until the test answers it. For what a keyring without a display cannot show. Holds no items, and
+/// makes none without a question. Main thread,
 /// served while the event loop runs.
 class SecretServiceStandIn : public QDBusVirtualObject {
 public:
