@@ -12,7 +12,7 @@ namespace {
 using Collection = SecretServiceStandIn::Collection;
 using Why = SecretsUnavailable::Why;
 
-constexpr KeychainSecretStore::Patience patient{.service = guardTime, .user = guardTime};
+constexpr KeychainSecretStore::Patience patient{.service = guardTime, .user = std::chrono::minutes{10}};
 
 bool isAsked(const SecretServiceStandIn& service)
 {
