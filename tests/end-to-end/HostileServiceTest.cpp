@@ -85,6 +85,18 @@ protected:
         service.state().faults.clear();
     }
 
+    /// Each fault ends a sign-in as that error.
+    void expectSignInsRefused(const std::vector<std::pair<OAuthFault, Kind>>& cases)
+    {
+        for (const auto& [fault, kind] : cases) {
+            service.state().faults.set(fault);
+            const auto result = signedIn();
+            ASSERT_FALSE(result.has_value());
+            EXPECT_TRUE(isAuthError(result.error(), kind)) << describe(result.error());
+            behave();
+        }
+    }
+
     int requests(Endpoint endpoint) { return service.state().counters.requests(endpoint); }
 
     local::LocalService service{{.autoConsent = true}, systemClock(), local::systemRandomBytes()};
@@ -282,7 +294,7 @@ TEST_F(HostileService, NothingSecretIsLogged)
 
 TEST_F(HostileService, AWrongMetadataDocumentIsRefusedForWhatIsWrongWithIt)
 {
-    const std::pair<OAuthFault, Kind> cases[] = {
+    expectSignInsRefused({
         {OAuthFault::noS256, Kind::unsupportedServer},
         {OAuthFault::plainOnly, Kind::unsupportedServer},
         {OAuthFault::noChallengeMethods, Kind::unsupportedServer},
@@ -292,49 +304,28 @@ TEST_F(HostileService, AWrongMetadataDocumentIsRefusedForWhatIsWrongWithIt)
         {OAuthFault::insecureTokenEndpoint, Kind::insecureEndpoint},
         {OAuthFault::insecureRegistrationEndpoint, Kind::insecureEndpoint},
         {OAuthFault::noRegistrationEndpoint, Kind::malformedResponse},
-    };
-    for (const auto& [fault, kind] : cases) {
-        service.state().faults.set(fault);
-        const auto result = signedIn();
-        ASSERT_FALSE(result.has_value());
-        EXPECT_TRUE(isAuthError(result.error(), kind)) << describe(result.error());
-        behave();
-    }
+    });
     EXPECT_TRUE(signedIn().has_value());
 }
 
 TEST_F(HostileService, AWrongAuthorizationResponseIsRefused)
 {
-    const std::pair<OAuthFault, Kind> cases[] = {
+    expectSignInsRefused({
         {OAuthFault::issNotSent, Kind::issuerMismatch},
         {OAuthFault::wrongIss, Kind::issuerMismatch},
         {OAuthFault::stateAltered, Kind::stateMismatch},
         {OAuthFault::stateMissing, Kind::stateMismatch},
-    };
-    for (const auto& [fault, kind] : cases) {
-        service.state().faults.set(fault);
-        const auto result = signedIn();
-        ASSERT_FALSE(result.has_value());
-        EXPECT_TRUE(isAuthError(result.error(), kind)) << describe(result.error());
-        behave();
-    }
+    });
     EXPECT_EQ(requests(Endpoint::widget), 0);
 }
 
 TEST_F(HostileService, AWrongTokenAnswerIsRefused)
 {
-    const std::pair<OAuthFault, Kind> cases[] = {
+    expectSignInsRefused({
         {OAuthFault::invalidClient400, Kind::invalidClient},
         {OAuthFault::invalidGrant, Kind::invalidGrant},
         {OAuthFault::tokenTypeNotBearer, Kind::malformedResponse},
-    };
-    for (const auto& [fault, kind] : cases) {
-        service.state().faults.set(fault);
-        const auto result = signedIn();
-        ASSERT_FALSE(result.has_value());
-        EXPECT_TRUE(isAuthError(result.error(), kind)) << describe(result.error());
-        behave();
-    }
+    });
 }
 
 TEST_F(HostileService, AnUnknownClientSignsOutAndTheNextSignInRegistersAgain)
