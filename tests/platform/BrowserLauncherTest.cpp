@@ -63,7 +63,7 @@ TEST(BrowserLauncher, GivesTheOpenerItsEnvironmentAndNoTerminal)
     Launch launch;
     launch.desktop.set("ROOST_MARK", "mark");
     launch.opener(
-        R"sh(echo $ROOST_MARK; readlink /proc/$$/fd/0 /proc/$$/fd/2; [ "$(cut -d' ' -f6 /proc/$$/stat)" = $$ ] && echo apart)sh");
+        R"sh(echo $ROOST_MARK; readlink /proc/$$/fd/0 /proc/$$/fd/2; read -r _ _ _ _ _ session _ </proc/$$/stat; [ $session = $$ ] && echo apart)sh");
     launch.open();
     ASSERT_TRUE(launch.waitForSeen());
     EXPECT_EQ(launch.seen(), "mark\n/dev/null\n/dev/null\napart\n");
