@@ -12,6 +12,7 @@
 
 #include <QCoroTimer>
 #include <QCryptographicHash>
+#include <QProcess>
 
 #include <deque>
 #include <set>
@@ -226,6 +227,21 @@ TEST_F(FileRefreshLockTest, IsFreedByItsHolderAlthoughAChildOfThatLivesOn)
     ASSERT_EQ(child.line(), "here");
     held.reset();
     EXPECT_TRUE(isFree(folder));
+}
+
+TEST(FileRefreshLock, IsNotHandedOnToProgramsThatAreStartedMeanwhile)
+{
+    // A browser that outlives the holder would go on holding it.
+    const ScratchFolder folder;
+    FileRefreshLock lock(folder.path(), patience);
+    const Held held = await(acquired(&lock, "p1"));
+    ASSERT_NE(held, nullptr);
+    QProcess child;
+    child.start(QStringLiteral("ls"), {QStringLiteral("-l"), QStringLiteral("/proc/self/fd")});
+    ASSERT_TRUE(child.waitForFinished());
+    const QByteArray open = child.readAllStandardOutput();
+    EXPECT_TRUE(open.contains("0 ->")) << open.toStdString();
+    EXPECT_FALSE(open.contains(".lock")) << open.toStdString();
 }
 
 } // namespace roost::test
