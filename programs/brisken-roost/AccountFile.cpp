@@ -1,5 +1,7 @@
 #include "programs/brisken-roost/AccountFile.h"
 
+#include "platform/FolderLock.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -19,6 +21,7 @@ std::optional<RoostAccountRecord> AccountFile::record(const std::string& profile
 
 bool AccountFile::note(const std::string& profileId, SyncOutcome::Any outcome) const
 {
+    const FolderLock lock{store_.directory()};
     auto all = records();
     auto record = std::ranges::find(all, profileId, &RoostAccountRecord::profileId);
     if (record == all.end()) {
@@ -33,6 +36,7 @@ bool AccountFile::note(const std::string& profileId, SyncOutcome::Any outcome) c
 
 bool AccountFile::remove(const std::string& profileId) const
 {
+    const FolderLock lock{store_.directory()};
     auto all = records();
     if (std::erase_if(all, [&](const auto& record) { return record.profileId == profileId; }) == 0) {
         return true;

@@ -9,8 +9,8 @@
 
 namespace roost {
 
-/// Changes single records of the shared file: each call reads it anew, changes one record and writes it. Main
-/// thread.
+/// Changes single records of the shared file: each call reads it anew, changes one record and writes it, and
+/// no other process of this program does so meanwhile. Main thread.
 class AccountFile {
 public:
     AccountFile(WidgetStore store, Clock now) : store_(std::move(store)), now_(std::move(now)) {}

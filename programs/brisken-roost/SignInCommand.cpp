@@ -54,7 +54,7 @@ QCoro::Task<CommandResult> runSignIn(SignInFlow flow, AccountServices services, 
     auto locking = services.lock.acquire(profile.id, stop);
     const auto held = co_await locking;
     if (held == nullptr) {
-        co_return failedSignIn(RefreshBlocked{});
+        co_return failedSignIn(stop.stop_requested() ? AuthFailure{Stopped{}} : RefreshBlocked{});
     }
     const auto session = services.session(profile.id);
     auto adopting = session->adopt(result->tokens);

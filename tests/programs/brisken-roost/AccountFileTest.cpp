@@ -1,6 +1,7 @@
 #include "programs/brisken-roost/AccountFile.h"
 
 #include "tests/programs/brisken-roost/AccountWorld.h"
+#include "tests/support/ChildProcess.h"
 
 #include <gmock/gmock.h>
 
@@ -54,6 +55,25 @@ TEST_F(AccountFileTest, RemovesOneRecordAndKeepsTheOrderOfTheOthers)
     EXPECT_TRUE(file().remove("a"));
     EXPECT_TRUE(file().remove("c"));
     EXPECT_EQ(store.read(), fileOf({}));
+}
+
+TEST_F(AccountFileTest, LosesNoRecordWhenProcessesChangeItAtOnce)
+{
+    ASSERT_TRUE(store.write(fileOf({})));
+    constexpr int rounds = 15;
+    const auto noting = [this](const std::string& prefix) {
+        return [this, prefix](const ChildProcess::Voice&) {
+            for (int i = 0; i < rounds; ++i) {
+                const std::string id = prefix + std::to_string(i);
+                file().note(id, SyncOutcome::Updated{snapshotOf(id, i)});
+            }
+        };
+    };
+    ChildProcess first(noting("a"));
+    ChildProcess second(noting("b"));
+    first.wait();
+    second.wait();
+    EXPECT_EQ(file().records().size(), 2 * rounds);
 }
 
 TEST_F(AccountFileTest, SaysWhenItCannotBeWritten)
