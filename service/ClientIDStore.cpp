@@ -17,9 +17,8 @@ QCoro::Task<std::expected<std::optional<std::string>, SecretsUnavailable>> Clien
     }
     auto asking = secrets_->get(key);
     auto stored = co_await asking;
-    if (!stored && stored.error().why == SecretsUnavailable::Why::noService) {
-        const auto found = found_.find(key);
-        co_return found == found_.end() ? std::nullopt : std::optional{found->second};
+    if (const auto found = found_.find(key); !stored && found != found_.end()) {
+        co_return std::string{found->second};
     }
     if (stored && stored->value_or("").empty()) {
         co_return std::nullopt;
@@ -35,12 +34,23 @@ QCoro::Task<void> ClientIDStore::keep(WebURL issuer, std::string id)
     const std::string key = keyFor(issuer);
     // Known from here on, so that nobody registers while it is being stored.
     unstored_[key] = id;
-    auto storing = secrets_->set(id, key);
-    const auto stored = co_await storing;
-    if (const auto kept = unstored_.find(key); stored && kept != unstored_.end() && kept->second == id) {
-        found_.insert_or_assign(key, id);
-        unstored_.erase(kept);
+    auto storing = storeAgain();
+    static_cast<void>(co_await storing);
+}
+
+QCoro::Task<bool> ClientIDStore::storeAgain()
+{
+    const auto missing = unstored_;
+    for (const auto& [key, id] : missing) {
+        auto storing = secrets_->set(id, key);
+        const auto stored = co_await storing;
+        // Another one may have come, or this one been forgotten, meanwhile.
+        if (const auto kept = unstored_.find(key); stored && kept != unstored_.end() && kept->second == id) {
+            found_.insert_or_assign(key, id);
+            unstored_.erase(kept);
+        }
     }
+    co_return unstored_.empty();
 }
 
 QCoro::Task<void> ClientIDStore::forget(WebURL issuer)

@@ -18,14 +18,16 @@ class ClientIDStore {
 public:
     explicit ClientIDStore(SecretStore& secrets) : secrets_(&secrets) {}
 
-    /// The id for `issuer`; nothing when there is none or an empty one. Fails while it cannot be told; a
-    /// machine without any secret store has none.
+    /// The id for `issuer`; nothing when there is none or an empty one. Fails while it cannot be told.
     QCoro::Task<std::expected<std::optional<std::string>, SecretsUnavailable>> find(WebURL issuer);
 
     /// Keeps `id`, at least for this run.
     QCoro::Task<void> keep(WebURL issuer, std::string id);
 
     QCoro::Task<void> forget(WebURL issuer);
+
+    /// Tries once more to store what the store did not take. True when it has all of it.
+    QCoro::Task<bool> storeAgain();
 
 private:
     SecretStore* secrets_;

@@ -4,6 +4,8 @@
 #include "service/OAuthRequests.h"
 #include "service/RoostEnvironment.h"
 
+#include <optional>
+
 namespace roost {
 
 namespace {
@@ -106,7 +108,14 @@ QCoro::Task<AuthResult<std::string>> OAuthClient::clientID(OAuthEndpoints endpoi
     if (stored->has_value()) {
         co_return **stored;
     }
-    auto registering = send(OAuthRequests::registration(endpoints), stop);
+    auto registering = registered(std::move(endpoints), std::move(stop));
+    co_return co_await registering;
+}
+
+QCoro::Task<AuthResult<std::string>> OAuthClient::registered(OAuthEndpoints endpoints,
+                                                             std::stop_token stop) const
+{
+    auto registering = send(OAuthRequests::registration(endpoints), std::move(stop));
     const auto answer = co_await registering;
     if (!answer) {
         co_return std::unexpected(answer.error());
@@ -138,23 +147,33 @@ QCoro::Task<AuthResult<AuthorizationRequest>> OAuthClient::authorizationRequest(
         co_return std::unexpected(found.error());
     }
     auto finding = clientIDs_->find(found->issuer);
-    const auto stored = co_await finding;
-    if (stored && stored->has_value()) {
-        auto probing = clientIsKnown(**stored, *found, stop);
+    auto stored = co_await finding;
+    if (!stored && stored.error().why != SecretsUnavailable::Why::noService) {
+        co_return std::unexpected(stored.error());
+    }
+    std::optional<std::string> id = stored ? *stored : std::nullopt;
+    if (id) {
+        auto probing = clientIsKnown(*id, *found, stop);
         if (!co_await probing) {
             auto forgetting = clientIDs_->forget(found->issuer);
             co_await forgetting;
+            id.reset();
         }
     }
-    auto identifying = clientID(*found, stop);
-    auto id = co_await identifying;
     if (!id) {
-        co_return std::unexpected(id.error());
+        auto registering = registered(*found, stop);
+        auto fresh = co_await registering;
+        if (!fresh) {
+            co_return std::unexpected(fresh.error());
+        }
+        id = *std::move(fresh);
     }
     const std::string verifier = PKCE::base64URL(randomBytes(verifierBytes));
     const std::string state = PKCE::base64URL(randomBytes(stateBytes));
     co_return asResult(OAuthRequests::authorization(*found, *std::move(id), verifier, state));
 }
+
+QCoro::Task<bool> OAuthClient::storeClientIDs() const { return clientIDs_->storeAgain(); }
 
 QCoro::Task<AuthResult<TokenSet>> OAuthClient::exchange(std::string code, AuthorizationRequest request,
                                                         std::stop_token stop) const

@@ -39,7 +39,7 @@ public:
     /// `unreachable`.
     QCoro::Task<AuthResult<OAuthEndpoints>> endpoints(Discovery discovery, std::stop_token stop) const;
 
-    /// The client id for the issuer, registered now where none is known. While the secret store cannot tell
+    /// The client id for the issuer, registered now where there is none. While the secret store cannot tell
     /// whether there is one, it fails as that: to register again would make every refresh token worthless.
     QCoro::Task<AuthResult<std::string>> clientID(OAuthEndpoints endpoints, std::stop_token stop) const;
 
@@ -49,7 +49,7 @@ public:
                                     std::stop_token stop) const;
 
     /// Everything for one sign-in: discovery, a client id that the server knows, a fresh verifier and state
-    /// out of `randomBytes`.
+    /// out of `randomBytes`. A machine without any secret store gets a client id for this run.
     QCoro::Task<AuthResult<AuthorizationRequest>> authorizationRequest(PKCE::RandomBytes randomBytes,
                                                                        std::stop_token stop) const;
 
@@ -63,7 +63,12 @@ public:
     /// registers.
     QCoro::Task<AuthResult<TokenSet>> refresh(std::string refreshToken, std::stop_token stop) const;
 
+    /// Tries once more to store the client ids that the secret store did not take. True when it has them all:
+    /// a sign-in outlives the program only together with its client id.
+    QCoro::Task<bool> storeClientIDs() const;
+
 private:
+    QCoro::Task<AuthResult<std::string>> registered(OAuthEndpoints endpoints, std::stop_token stop) const;
     QCoro::Task<AuthResult<OAuthAnswers::Answer>> send(HttpRequest request, std::stop_token stop) const;
     QCoro::Task<AuthResult<TokenSet>> tokens(HttpRequest request, std::stop_token stop) const;
 

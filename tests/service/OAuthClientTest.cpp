@@ -343,6 +343,18 @@ TEST_F(Authorizing, RegistersAnewWhenTheServerForgotTheClient)
                 ElementsAre(path::metadata, path::resource, path::token, path::registration));
 }
 
+TEST_F(Authorizing, RegistersForThisRunOnAMachineWithoutAStore)
+{
+    secrets.unavailable = SecretsUnavailable{Why::noService};
+    EXPECT_EQ(request()->clientID, "registered");
+    EXPECT_EQ(clientID(), "registered");
+    EXPECT_THAT(service.requests(path::registration), SizeIs(1));
+    EXPECT_FALSE(await(client.storeClientIDs()));
+    secrets.unavailable.reset();
+    EXPECT_TRUE(await(client.storeClientIDs()));
+    EXPECT_EQ(secrets.values[clientIDKey], "registered");
+}
+
 TEST_F(Authorizing, PassesOnWhatDiscoveryAndRegistrationFailedWith)
 {
     service.answerOnly(path::registration, 500, "");
@@ -426,8 +438,11 @@ TEST_F(Refreshing, TakesAnAnswerWithoutANewRefreshTokenForMalformed)
 
 TEST_F(Refreshing, SendsNothingWhileTheStoreCannotTellTheClientId)
 {
-    secrets.unavailable = SecretsUnavailable{Why::locked};
-    EXPECT_EQ(refresh().error(), AuthFailure{SecretsUnavailable{Why::locked}});
+    // With another client id the refresh token would be refused, and the profile signed out.
+    for (const Why why : {Why::locked, Why::notAnswering, Why::noService}) {
+        secrets.unavailable = SecretsUnavailable{why};
+        EXPECT_EQ(refresh().error(), AuthFailure{SecretsUnavailable{why}});
+    }
     EXPECT_THAT(service.requests(path::token), IsEmpty());
     EXPECT_THAT(service.requests(path::registration), IsEmpty());
 }
