@@ -3,6 +3,7 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdint>
 
@@ -17,8 +18,10 @@ volatile std::sig_atomic_t told = -1;
 
 void tell(int)
 {
+    const int interrupted = errno;
     const std::uint64_t one = 1;
     static_cast<void>(!::write(told, &one, sizeof one));
+    errno = interrupted;
 }
 
 } // namespace
@@ -39,15 +42,25 @@ TerminationSignals::TerminationSignals(std::function<void()> wanted)
     // The next one meets nobody; and handlers, unlike blocked signals, are not handed on to other programs.
     action.sa_flags = static_cast<int>(SA_RESETHAND) | SA_RESTART;
     for (const int signal : terminating) {
-        ::sigaction(signal, &action, nullptr);
+        struct sigaction before{};
+        ::sigaction(signal, nullptr, &before);
+        // nohup(1), and shells for what runs in the background, have some ignored.
+        if (before.sa_handler != SIG_IGN) {
+            ::sigaction(signal, &action, nullptr);
+        }
     }
 }
 
 TerminationSignals::~TerminationSignals()
 {
     for (const int signal : terminating) {
-        ::signal(signal, SIG_DFL);
+        struct sigaction now{};
+        ::sigaction(signal, nullptr, &now);
+        if (now.sa_handler == tell) {
+            ::signal(signal, SIG_DFL);
+        }
     }
+    notifier_.reset();
     ::close(told);
     told = -1;
 }

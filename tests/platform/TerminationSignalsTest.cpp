@@ -43,6 +43,18 @@ TEST_P(TerminationSignalsTest, LeavesAllToTheSystemAfterwards)
     EXPECT_TRUE(isDefault(GetParam()));
 }
 
+TEST_P(TerminationSignalsTest, LeavesIgnoredOnesIgnored)
+{
+    ::signal(GetParam(), SIG_IGN);
+    {
+        const TerminationSignals signals{[] {}};
+        struct sigaction action{};
+        ::sigaction(GetParam(), nullptr, &action);
+        EXPECT_EQ(action.sa_handler, SIG_IGN);
+    }
+    ::signal(GetParam(), SIG_DFL);
+}
+
 INSTANTIATE_TEST_SUITE_P(Signals, TerminationSignalsTest, testing::Values(SIGINT, SIGTERM, SIGHUP));
 
 } // namespace
