@@ -8,8 +8,14 @@ namespace roost {
 
 namespace {
 
-/// The item name of everything that this program keeps in the keyring.
-constexpr const char* keychainService = "world.brisken.roost.mac";
+/// Under which name secrets for the service at `base` are kept: those of the program's own service under the
+/// program's, any other's under a name of its own, so that no trial is ever told them.
+std::string keychainService(const QUrl& base)
+{
+    const std::string own = "world.brisken.roost.mac";
+    const bool isOwn = base == RoostEnvironment::baseURL(InfoDictionary::builtIn());
+    return isOwn ? own : own + " at " + base.toString(QUrl::FullyEncoded).toStdString();
+}
 
 } // namespace
 
@@ -41,7 +47,7 @@ std::expected<QUrl, std::string> Machine::base(const std::optional<QString>& tex
 
 AccountServices Machine::services(const QUrl& base)
 {
-    secrets_ = std::make_unique<KeychainSecretStore>(keychainService, KeychainSecretStore::Patience{});
+    secrets_ = std::make_unique<KeychainSecretStore>(keychainService(base), KeychainSecretStore::Patience{});
     // Not in the runtime folder: a process that was started without one must meet the same locks.
     lock_ = std::make_unique<FileRefreshLock>(store().directory() / "locks");
     oauth_ = std::make_unique<OAuthClient>(base, session(), *secrets_, systemClock());

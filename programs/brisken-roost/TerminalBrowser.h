@@ -17,23 +17,36 @@
 namespace roost {
 
 /// The browser step of a sign-in on the command line: the user's browser, and a user who may open the address
-/// by hand and paste the one that the browser ends at. Owned by `main` for one sign-in; main thread.
-class TerminalBrowser {
+/// by hand and paste the one that the browser ends at. One attempt at a time. Owned by
+/// `main`; main thread.
+class TerminalBrowser final : public WebAuthenticating {
 public:
-    /// `program` is what the desktop is to start for callbacks. Lines are read from standard input only once
-    /// they are asked for, which is done on `terminal`. `files` and `terminal` outlive this.
-    TerminalBrowser(FileSystem& files, std::filesystem::path program, QProcessEnvironment environment,
-                    std::FILE* terminal = stderr);
+    /// What stands around the program.
+    struct Terminal {
+        /// Where the user is spoken to; outlives this.
+        std::FILE* output = stderr;
+        /// Whether a person sits at standard input: then the address is told in any case, for a browser that
+        /// did not open. Otherwise standard input is read only once something went wrong.
+        bool isInteractive = false;
+    };
 
-    WebAuthenticating& authenticator() { return authenticator_; }
+    /// `program` is what the desktop is to start for callbacks. `files` outlives this.
+    TerminalBrowser(FileSystem& files, std::filesystem::path program, QProcessEnvironment environment,
+                    Terminal terminal);
+
+    QCoro::Task<std::expected<std::string, RoostAuthError>> authenticate(WebURL url, QString callbackScheme,
+                                                                         std::stop_token stop) override;
 
 private:
     QCoro::Task<bool> reach(std::stop_token stop);
-    void askForHelp(const WebURL& url, BrowserAuthenticator::Trouble trouble);
+    void tellOf(BrowserAuthenticator::Trouble trouble, const WebURL& url);
+    void tellAddress(const WebURL& url);
     void takeLine(const std::string& line);
     void say(const std::string& text) const;
 
-    std::FILE* terminal_;
+    Terminal terminal_;
+    bool isAnotherWaiting_ = false;
+    bool hasToldAddress_ = false;
     CallbackInbox inbox_{"briskenroost"};
     CallbackReceiver receiver_;
     SchemeHandler handler_;

@@ -92,9 +92,11 @@ struct Run {
     CommandResult operator()(const SignInCommand& command) const
     {
         return withServices(command.baseURL, [this](AccountServices services, std::stop_token stop) {
-            TerminalBrowser browser{machine.files(), QCoreApplication::applicationFilePath().toStdString(),
-                                    QProcessEnvironment::systemEnvironment()};
-            const SignInFlow flow{services.oauth, services.api, browser.authenticator()};
+            TerminalBrowser browser{machine.files(),
+                                    QCoreApplication::applicationFilePath().toStdString(),
+                                    QProcessEnvironment::systemEnvironment(),
+                                    {.output = stderr, .isInteractive = ::isatty(STDIN_FILENO) != 0}};
+            const SignInFlow flow{services.oauth, services.api, browser};
             return QCoro::waitFor(runSignIn(flow, services, stop));
         });
     }
@@ -130,7 +132,10 @@ private:
         }
         // A refresh that is under way must not be cut off: its token could be lost.
         std::stop_source stop;
-        const TerminationSignals signals{[&stop] { stop.request_stop(); }};
+        const TerminationSignals signals{[&stop] {
+            std::fputs("brisken-roost: stopping; once more to stop at once\n", stderr);
+            stop.request_stop();
+        }};
         return work(machine.services(*base), stop.get_token());
     }
 };
