@@ -21,6 +21,11 @@ AccountServices::signedInProfiles() const
     co_return ids;
 }
 
+CommandResult nobodySignedIn()
+{
+    return failed(ExitCode::nothingToShow, "No profile is signed in here yet.");
+}
+
 std::string sentenceFor(SecretsUnavailable unavailable)
 {
     switch (unavailable.why) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "programs/brisken-roost/AccountFile.h"
+#include "programs/brisken-roost/CommandResult.h"
 #include "service/AccountSession.h"
 #include "service/OAuthClient.h"
 #include "service/RefreshLock.h"
@@ -34,6 +35,9 @@ struct AccountServices {
     /// store. This outlives the task.
     QCoro::Task<std::expected<std::vector<std::string>, SecretsUnavailable>> signedInProfiles() const;
 };
+
+/// Says that no profile is signed in.
+CommandResult nobodySignedIn();
 
 /// Why the store cannot be used and what to do about it, in one sentence or two.
 std::string sentenceFor(SecretsUnavailable unavailable);

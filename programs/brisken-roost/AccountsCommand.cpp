@@ -56,7 +56,7 @@ QCoro::Task<CommandResult> runAccounts(AccountServices services)
         lines.push_back({onOneLine(id), "signed in", "Profile"});
     }
     if (lines.empty()) {
-        co_return failed(ExitCode::nothingToShow, "No profile is signed in here yet.");
+        co_return nobodySignedIn();
     }
     co_return CommandResult{ExitCode::fine, table(lines), {}};
 }

@@ -1,6 +1,7 @@
 #include "programs/brisken-roost/FetchCommand.h"
 
 #include "programs/brisken-roost/AccountFile.h"
+#include "programs/brisken-roost/TerminalText.h"
 
 #include <QByteArray>
 
@@ -26,7 +27,10 @@ struct OutcomeOf {
     {
         return SyncOutcome::Failed{{SyncReason::Kind::unreachable, {}}};
     }
-    SyncOutcome::Any operator()(WidgetAPI::Forbidden&&) const { return SyncOutcome::SignedOut{}; }
+    SyncOutcome::Any operator()(WidgetAPI::Forbidden&&) const
+    {
+        return SyncOutcome::Failed{{SyncReason::Kind::unreachable, {}}};
+    }
     SyncOutcome::Any operator()(WidgetAPI::Unreachable&&) const
     {
         return SyncOutcome::Failed{{SyncReason::Kind::unreachable, {}}};
@@ -78,14 +82,15 @@ std::expected<QString, std::string> bearerTokenFrom(std::string_view text)
 QCoro::Task<CommandResult> runFetch(FetchCommand command, QString token, WidgetAPI api, WidgetStore store,
                                     Clock now, std::stop_token stop)
 {
-    WidgetAPI::Result result = co_await api.fetch(token, stop);
+    auto fetching = api.fetch(token, stop);
+    WidgetAPI::Result result = co_await fetching;
     const std::string sentence = std::visit(SentenceOf{}, result);
     std::optional<std::string> profileId = command.profile;
     if (const auto* fetched = std::get_if<WidgetAPI::Snapshot>(&result)) {
         const RoostSnapshot::Profile& profile = fetched->snapshot.profile;
         if (profileId && *profileId != profile.id) {
             co_return failed(ExitCode::failure,
-                             "The token belongs to another profile, \"" + profile.id + "\".");
+                             "The token belongs to another profile, \"" + onOneLine(profile.id) + "\".");
         }
         profileId = profile.id;
     }

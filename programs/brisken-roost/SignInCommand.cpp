@@ -14,7 +14,8 @@ CommandResult failedSignIn(const AuthFailure& failure)
         return failed(ExitCode::failure, "The sign-in was cancelled.");
     }
     qCCritical(RoostLog::auth, "sign-in failed: %s", describe(failure).c_str());
-    return failed(ExitCode::failure, messageFor(failure));
+    const auto* unavailable = std::get_if<SecretsUnavailable>(&failure);
+    return failed(ExitCode::failure, unavailable ? sentenceFor(*unavailable) : messageFor(failure));
 }
 
 /// What keeps the store from keeping a sign-in, after the user was asked to open it.
@@ -24,6 +25,9 @@ QCoro::Task<std::optional<SecretsUnavailable>> obstacle(AccountServices services
     const auto before = co_await asking;
     if (before) {
         co_return std::nullopt;
+    }
+    if (before.error().why == SecretsUnavailable::Why::notAnswering) {
+        co_return before.error();
     }
     auto unlocking = services.secrets.unlock();
     if (!co_await unlocking) {
@@ -58,11 +62,17 @@ QCoro::Task<CommandResult> runSignIn(SignInFlow flow, AccountServices services, 
     }
     const auto session = services.session(profile.id);
     auto adopting = session->adopt(result->tokens);
-    if (const auto adopted = co_await adopting; !adopted) {
+    const auto adopted = co_await adopting;
+    if (!adopted) {
         qCWarning(RoostLog::console, "Brisken Roost: the keychain refused the refresh token (%d)",
                   adopted.error().status);
-        co_return failed(ExitCode::failure,
-                         "The keyring did not take the sign-in, so nothing was saved. Try again.");
+    }
+    auto storing = services.oauth.storeClientIDs();
+    if (!co_await storing || !adopted) {
+        // One without the other is worth nothing, and what did not answer in time may have been stored.
+        auto forgetting = session->signOut();
+        co_await forgetting;
+        co_return failed(ExitCode::failure, "The keyring did not take the sign-in. Try again.");
     }
     if (!services.file.note(profile.id, SyncOutcome::Updated{std::move(result->snapshot)})) {
         co_return failed(ExitCode::failure, "Signed in, but the numbers could not be written.");

@@ -60,7 +60,7 @@ QCoro::Task<CommandResult> runSync(std::optional<std::string> profileId, Account
                          "The profile \"" + onOneLine(*profileId) + "\" is not signed in here.");
     }
     if (signedIn->empty()) {
-        co_return failed(ExitCode::nothingToShow, "No profile is signed in here yet.");
+        co_return nobodySignedIn();
     }
     const std::vector<std::string> ids = profileId ? std::vector{*profileId} : *signedIn;
     const AccountSync sync{services.api};

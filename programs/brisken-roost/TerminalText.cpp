@@ -23,6 +23,12 @@ int widthOf(char32_t c)
     return std::max(width, 0);
 }
 
+/// Whether `c` turns the direction of what follows (UAX #9 §2), and with it what people read.
+bool turnsText(char32_t c)
+{
+    return (c >= U'\u202a' && c <= U'\u202e') || (c >= U'\u2066' && c <= U'\u2069');
+}
+
 } // namespace
 
 std::string onOneLine(const std::string& text)
@@ -33,6 +39,8 @@ std::string onOneLine(const std::string& text)
         const bool breaks = category == QChar::Separator_Line || category == QChar::Separator_Paragraph;
         if (c == U'\n' || c == U'\t' || breaks) {
             clean.append(QLatin1Char(' '));
+        } else if (turnsText(c)) {
+            continue;
         } else if (category == QChar::Other_Control) {
             clean.append(QChar{u'·'});
         } else {

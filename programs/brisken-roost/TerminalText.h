@@ -5,7 +5,8 @@
 /// Texts for a terminal, whoever wrote them. Pure functions; UTF-8.
 namespace roost {
 
-/// `text` on one line, without anything that a terminal would act upon: control characters come out as "·".
+/// `text` on one line, without anything that a terminal would act upon: control characters come out as "·",
+/// those that turn the direction of text are left out.
 std::string onOneLine(const std::string& text);
 
 /// How many columns of a terminal `text` takes.

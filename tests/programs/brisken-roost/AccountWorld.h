@@ -14,6 +14,7 @@
 
 #include <QTemporaryDir>
 
+#include <functional>
 #include <vector>
 
 namespace roost::test {
@@ -24,25 +25,36 @@ public:
     QCoro::Task<std::unique_ptr<Held>> acquire(std::string profileId, std::stop_token) override
     {
         locked.push_back(profileId);
+        if (whenAsked) {
+            whenAsked();
+        }
         std::unique_ptr<Held> held;
         if (isFree) {
             isHeld = true;
-            held = std::make_unique<Grip>(isHeld);
+            held = std::make_unique<Grip>(*this);
         }
         co_return held;
     }
 
     bool isFree = true;
     bool isHeld = false;
+    std::function<void()> whenAsked;
+    std::function<void()> whenReleased;
     std::vector<std::string> locked;
 
 private:
     struct Grip final : Held {
-        explicit Grip(bool& marked) : mark(marked) {}
-        ~Grip() override { mark = false; }
+        explicit Grip(OpenLock& gripped) : lock(gripped) {}
+        ~Grip() override
+        {
+            lock.isHeld = false;
+            if (lock.whenReleased) {
+                lock.whenReleased();
+            }
+        }
         Grip(const Grip&) = delete;
         Grip& operator=(const Grip&) = delete;
-        bool& mark;
+        OpenLock& lock;
     };
 };
 

@@ -22,14 +22,18 @@ class Browser final : public WebAuthenticating {
 public:
     QCoro::Task<Callback> authenticate(WebURL url, QString, std::stop_token) override
     {
-        const std::string text = url.text();
+        const std::string& text = url.text();
         state = text.substr(text.find("&state=") + 7, 22);
         ++opened;
+        if (whenOpened) {
+            whenOpened();
+        }
         Callback back = answer ? *answer : Callback{callbackAddress + "?code=C&state=" + state};
         co_return back;
     }
 
     std::optional<Callback> answer;
+    std::function<void()> whenOpened;
     std::string state;
     int opened = 0;
 };
@@ -137,8 +141,32 @@ TEST_F(SignInCommandTest, AsksTheUserToOpenALockedKeyring)
 TEST_F(SignInCommandTest, SavesNothingWhenTheKeyringRefusesTheToken)
 {
     secrets.failWrites = true;
-    expectRefused("The keyring did not take the sign-in, so nothing was saved. Try again.");
+    expectRefused("The keyring did not take the sign-in. Try again.");
     EXPECT_TRUE(log.saw(u"Brisken Roost: the keychain refused the refresh token (-25308)"));
+}
+
+TEST_F(SignInCommandTest, SavesNoSignInWithoutItsClientId)
+{
+    secrets.failWrites = true;
+    browser.whenOpened = [this] { secrets.failWrites = false; };
+    EXPECT_EQ(signedIn().code, ExitCode::fine);
+    EXPECT_EQ(secrets.values["client-id|https://roost.example"], "c");
+    EXPECT_EQ(refreshToken("a"), "R1");
+}
+
+TEST_F(SignInCommandTest, IsCancelledWhenItIsStoppedWhileItWaitsForTheLock)
+{
+    std::stop_source source;
+    lock.isFree = false;
+    lock.whenAsked = [&source] { source.request_stop(); };
+    EXPECT_EQ(signedIn(source.get_token()).error, "brisken-roost: The sign-in was cancelled.\n");
+    EXPECT_EQ(refreshToken("a"), std::nullopt);
+}
+
+TEST_F(SignInCommandTest, AsksNobodyToOpenAKeyringThatDoesNotAnswer)
+{
+    secrets.unavailable = SecretsUnavailable{SecretsUnavailable::Why::notAnswering};
+    EXPECT_THAT(signedIn().error, HasSubstr("The keyring does not answer."));
 }
 
 TEST_F(SignInCommandTest, LetsNoNameSteerTheTerminal)

@@ -64,6 +64,28 @@ TEST_F(SignOutCommandTest, ChangesNothingWhileTheKeyringIsLocked)
     EXPECT_EQ(store.read(), fileOf({recordOf("a", 1, 1h)}));
 }
 
+TEST_F(SignOutCommandTest, ForgetsTheNumbersWhereThereIsNoKeyring)
+{
+    ASSERT_TRUE(store.write(fileOf({recordOf("a", 1, 1h)})));
+    secrets.unavailable = SecretsUnavailable{SecretsUnavailable::Why::noService};
+    const CommandResult result = signedOut("a");
+    EXPECT_EQ(result.code, ExitCode::fine);
+    EXPECT_THAT(result.output, HasSubstr("There is no keyring here"));
+    EXPECT_EQ(store.read(), fileOf({}));
+    EXPECT_EQ(signedOut("a").code, ExitCode::failure);
+}
+
+TEST_F(SignOutCommandTest, ChangesNothingWhenItIsStopped)
+{
+    signIn("a");
+    ASSERT_TRUE(store.write(fileOf({recordOf("a", 1, 1h)})));
+    std::stop_source source;
+    source.request_stop();
+    EXPECT_EQ(await(runSignOut("a", services(), source.get_token())).error, "brisken-roost: Stopped.\n");
+    EXPECT_EQ(refreshToken("a"), "Ra");
+    EXPECT_EQ(store.read(), fileOf({recordOf("a", 1, 1h)}));
+}
+
 TEST_F(SignOutCommandTest, ChangesNothingWhileAnotherProcessRefreshesForTooLong)
 {
     signIn("a");

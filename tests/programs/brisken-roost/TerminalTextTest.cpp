@@ -9,6 +9,8 @@ TEST(OnOneLine, LetsNoTextSteerTheTerminal)
 {
     EXPECT_EQ(onOneLine("one\ntwo\tthree\u2028four\u2029five"), "one two three four five");
     EXPECT_EQ(onOneLine("\x1b[2J\x07\u009b\x7f"), "·[2J···");
+    EXPECT_EQ(onOneLine("a\u202eb\u2067c\u2069"), "abc");
+    EXPECT_EQ(onOneLine("👩\u200d🚀 שלום"), "👩\u200d🚀 שלום");
     EXPECT_EQ(onOneLine("Brisken é 日本 🐦"), "Brisken é 日本 🐦");
 }
 
