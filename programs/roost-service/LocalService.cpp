@@ -28,7 +28,10 @@ LocalService::LocalService(ServiceOptions options, Clock clock, RandomBytes rand
       state_(std::move(clock), [this](int count) { return random_(count); }, consentIn(options_),
              {options_.accessTokenLifetime, options_.refreshTokenLifetime, options_.codeLifetime}),
       controlRoutes_(state_),
-      server_([this](const Request& request) { return routes_->reply(request); }),
+      server_([this](const Request& request) {
+          watcher_(request);
+          return routes_->reply(request);
+      }),
       controlServer_([this](const Request& request) {
           return Reply{[this, request] { return controlRoutes_.answer(request); }, {}, nullptr};
       })

@@ -11,8 +11,10 @@
 #include <QString>
 
 #include <expected>
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace roost::local {
 
@@ -46,6 +48,10 @@ public:
     /// Who decides about authorization requests from now on.
     void setConsent(Consent consent) { state_.consent = std::move(consent); }
 
+    /// `watcher` is told every request to the service as it came in, secrets and all, before it is answered.
+    /// For tests in this process.
+    void watch(std::function<void(const Request&)> watcher) { watcher_ = std::move(watcher); }
+
     /// What the program prints when it is ready: one line of JSON without its end.
     QByteArray readyLine() const;
 
@@ -62,6 +68,7 @@ private:
     ControlRoutes controlRoutes_;
     QByteArray base_;
     QByteArray control_;
+    std::function<void(const Request&)> watcher_ = [](const Request&) {};
     // Last, so that connections end before what answers them.
     RequestServer server_;
     RequestServer controlServer_;
