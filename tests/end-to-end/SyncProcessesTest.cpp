@@ -1,0 +1,92 @@
+#include "service/NetworkHttpSession.h"
+#include "tests/end-to-end/UserMachine.h"
+#include "tests/support/Await.h"
+#include "tests/support/ConsentingBrowser.h"
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+
+namespace roost::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using local::Endpoint;
+using testing::HasSubstr;
+
+const std::string mira = "mira-okafor";
+
+/// `brisken-roost sync`, one process or many, of a profile that is signed in.
+class SyncProcesses : public testing::Test {
+protected:
+    SyncProcesses()
+    {
+        machine.service.setConsent({local::Consent::Answer::allow, mira});
+        const auto program = machine.start(u"sign-in"_s, machine.withoutDisplay());
+        NetworkHttpSession network;
+        ConsentingBrowser browser{network};
+        program->enter(*await(browser.authenticate(*WebURL::parse(program->addressToOpen()), {}, {})));
+        const Finished signedIn = program->end();
+        EXPECT_EQ(signedIn.output, "Signed in to Mira Okafor.\n") << signedIn.error;
+        machine.service.state().counters.clear();
+    }
+
+    /// Answers to token requests come late, when the old refresh token is of no use any more.
+    void answerLate(std::chrono::milliseconds delay)
+    {
+        local::Scenario late;
+        late.kind = local::Scenario::Kind::delay;
+        late.processed = true;
+        late.delay = delay;
+        machine.service.state().scenarios.set(local::ScenarioBook::everyone, Endpoint::token, late);
+    }
+
+    local::Counters& counters() { return machine.service.state().counters; }
+
+    UserMachine machine;
+};
+
+TEST_F(SyncProcesses, StartedTogetherRefreshOneAfterTheOther)
+{
+    constexpr int many = 6;
+    answerLate(100ms);
+    std::vector<std::unique_ptr<ProgramRun>> runs(many);
+    for (auto& run : runs) {
+        run = machine.start(u"sync"_s);
+    }
+    for (const auto& run : runs) {
+        const Finished finished = run->end();
+        EXPECT_EQ(finished.code, 0) << finished.error;
+        EXPECT_EQ(finished.output, "Mira Okafor: updated\n");
+    }
+    EXPECT_EQ(counters().requests(Endpoint::token), many);
+    EXPECT_EQ(counters().mostTokenRequestsAtOnce(), 1);
+    EXPECT_EQ(counters().refreshTokenReuses(), 0);
+    EXPECT_EQ(machine.run(u"accounts"_s).output, "mira-okafor  signed in  Mira Okafor\n");
+    EXPECT_EQ(machine.run(u"sync"_s).code, 0);
+}
+
+TEST_F(SyncProcesses, StoresTheTokenThatWasOnItsWayWhenInterrupted)
+{
+    for (const int signal : {SIGINT, SIGTERM}) {
+        answerLate(2s);
+        const int before = counters().requests(Endpoint::token);
+        const auto interrupted = machine.start(u"sync"_s);
+        ASSERT_TRUE(runUntil([&] { return counters().requests(Endpoint::token) > before; }, browserGuard));
+        interrupted->signal(signal);
+        const Finished finished = interrupted->end();
+        EXPECT_EQ(finished.code, 1) << finished.error;
+        EXPECT_THAT(finished.output, HasSubstr("keeping the last numbers"));
+
+        machine.service.state().scenarios.clear();
+        const Finished next = machine.run(u"sync"_s);
+        EXPECT_EQ(next.code, 0) << next.error;
+        EXPECT_EQ(next.output, "Mira Okafor: updated\n");
+        EXPECT_EQ(counters().refreshTokenReuses(), 0);
+        EXPECT_EQ(machine.keptTokens(mira), 1);
+    }
+}
+
+} // namespace
+} // namespace roost::test
