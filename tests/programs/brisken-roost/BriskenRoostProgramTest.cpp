@@ -140,5 +140,44 @@ TEST_F(BriskenRoostProgram, FetchSendsNoTokenOverAnOpenConnectionToAnotherMachin
     }
 }
 
+TEST_F(BriskenRoostProgram, SendsNobodyToAnotherServiceOverAnOpenConnection)
+{
+    const QString base = QStringLiteral("http://roost.example");
+    for (const QStringList& words : {QStringList{QStringLiteral("sign-in")},
+                                     {QStringLiteral("accounts")},
+                                     {QStringLiteral("sync")},
+                                     {QStringLiteral("sign-out"), QStringLiteral("a")}}) {
+        const Finished refused = run(words + QStringList{QStringLiteral("--base-url"), base});
+        EXPECT_EQ(refused.code, 2) << words.first().toStdString();
+        EXPECT_EQ(refused.output, "");
+        EXPECT_EQ(refused.error,
+                  "brisken-roost: The base URL is neither https nor a service on this machine.\n");
+    }
+}
+
+TEST_F(BriskenRoostProgram, SaysThatThereIsNoKeyring)
+{
+    for (const char* command : {"sign-in", "accounts", "sync"}) {
+        const Finished finished = run({QString::fromLatin1(command), QStringLiteral("--base-url"),
+                                       QStringLiteral("http://127.0.0.1:9")});
+        EXPECT_EQ(finished.code, 1) << command;
+        EXPECT_EQ(finished.output, "") << command;
+        EXPECT_EQ(finished.error,
+                  "brisken-roost: There is no keyring to keep the sign-in in. Install one that "
+                  "offers the Secret Service, for example gnome-keyring, KWallet or KeePassXC, "
+                  "and try again.\n");
+    }
+}
+
+TEST_F(BriskenRoostProgram, TakesACallbackThatNobodyWaitsForWithOneLogLine)
+{
+    environment_.insert(QStringLiteral("XDG_RUNTIME_DIR"), folder_.path());
+    const Finished finished = run({QStringLiteral("briskenroost://oauth/callback?code=canary&state=canary")});
+    EXPECT_EQ(finished.code, 0);
+    EXPECT_EQ(finished.output, "");
+    EXPECT_THAT(finished.error,
+                testing::AllOf(HasSubstr("no sign-in is waiting"), testing::Not(HasSubstr("canary"))));
+}
+
 } // namespace
 } // namespace roost

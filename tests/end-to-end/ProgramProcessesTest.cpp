@@ -88,5 +88,16 @@ TEST_F(SyncProcesses, StoresTheTokenThatWasOnItsWayWhenInterrupted)
     }
 }
 
+TEST(SignInProcess, AsksNobodyAndOpensNothingWithoutAKeyring)
+{
+    UserMachine machine;
+    machine.keyring.end();
+    const Finished finished = machine.run(u"sign-in"_s);
+    EXPECT_EQ(finished.code, 1);
+    EXPECT_THAT(finished.error, HasSubstr("There is no keyring to keep the sign-in in."));
+    EXPECT_EQ(machine.service.state().counters.requests(Endpoint::metadata), 0);
+    EXPECT_FALSE(std::filesystem::exists(machine.folder() / "address"));
+}
+
 } // namespace
 } // namespace roost::test
