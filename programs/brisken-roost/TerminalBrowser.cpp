@@ -12,11 +12,12 @@ constexpr std::chrono::seconds busTimeout{5};
 /// acts upon some of it.
 std::string printable(const WebURL& url)
 {
-    QByteArray kept;
-    for (char c = '!'; c <= '~'; ++c) {
-        kept.append(c);
+    QByteArray text;
+    for (const char byte : url.text()) {
+        const bool isPlain = byte > ' ' && byte < '\x7f';
+        text += isPlain ? QByteArray(1, byte) : '%' + QByteArray(1, byte).toHex().toUpper();
     }
-    return QByteArray::fromStdString(url.text()).toPercentEncoding(kept).toStdString();
+    return text.toStdString();
 }
 
 } // namespace

@@ -34,7 +34,7 @@ const std::string& ProgramRun::awaitError(const std::string& text)
 std::string ProgramRun::addressToOpen()
 {
     const std::string before = "\n\n  ";
-    const std::string after = "\n\nWhen ";
+    const std::string after = "\n\nWhere it ";
     const std::string& said = awaitError(after);
     const std::size_t begin = said.find(before) + before.size();
     return said.substr(begin, said.find(after) - begin);

@@ -14,7 +14,11 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-const QMap<QString, QString> ofTheProgram{{u"service"_s, u"world.brisken.roost.mac"_s}};
+/// The attributes of what the program keeps for the service at `base`, which is not its own.
+QMap<QString, QString> keptFor(const QByteArray& base)
+{
+    return {{u"service"_s, u"world.brisken.roost.mac at "_s + QString::fromLatin1(base)}};
+}
 
 } // namespace
 
@@ -77,12 +81,12 @@ std::string UserMachine::addressForTheBrowser() const
 
 qsizetype UserMachine::keptTokens(const std::string& profile) const
 {
-    QMap<QString, QString> attributes = ofTheProgram;
+    QMap<QString, QString> attributes = keptFor(service.base());
     attributes.insert(u"account"_s, u"refresh-token|"_s + QString::fromStdString(profile));
     return keyring.itemsWith(attributes).unlocked;
 }
 
-qsizetype UserMachine::keptItems() const { return keyring.itemsWith(ofTheProgram).unlocked; }
+qsizetype UserMachine::keptItems() const { return keyring.itemsWith(keptFor(service.base())).unlocked; }
 
 std::filesystem::path UserMachine::script(const std::string& name, const std::string& text) const
 {
