@@ -3,10 +3,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QFile>
+
 #include <condition_variable>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <stop_token>
 
 namespace roost::test {
@@ -46,10 +46,14 @@ void ArgumentWatch::look()
         if (!isProcessOfThisUser(entry->path())) {
             continue;
         }
-        std::ifstream file{entry->path() / "cmdline", std::ios::binary};
-        const std::string line{std::istreambuf_iterator<char>{file}, {}};
+        // Not by a stream: the library's throw when a process ends while its file is read.
+        QFile file{QString::fromStdString((entry->path() / "cmdline").string())};
+        if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+            continue;
+        }
+        const QByteArray line = file.readAll();
         const std::lock_guard lock{mutex_};
-        lines_.insert(QByteArray::fromStdString(line));
+        lines_.insert(line);
     }
 }
 
