@@ -81,7 +81,7 @@ TEST_F(SyncProcesses, StoresTheTokenThatWasOnItsWayWhenInterrupted)
 
         machine.service.state().scenarios.clear();
         const Finished next = machine.run(u"sync"_s);
-        EXPECT_EQ(next.code, 0) << next.error;
+        ASSERT_EQ(next.code, 0) << next.error;
         EXPECT_EQ(next.output, "Mira Okafor: updated\n");
         EXPECT_EQ(counters().refreshTokenReuses(), 0);
         EXPECT_EQ(machine.keptTokens(mira), 1);
