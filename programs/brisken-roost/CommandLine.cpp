@@ -15,12 +15,12 @@ Your Roost numbers on the desktop. Reads only; publishes nothing.
 
 Commands:
   sign-in  sign a profile in through the browser
+             --base-url URL    at this service, as for the next three
   accounts list the profiles, and who of them is signed in
   sign-out ID
            forget a profile here; Roost lists the connection until you end it there
   sync [ID]
            fetch the numbers of one profile, or of every one, now
-             --base-url URL    all four: of this service
   status   print the last numbers of every profile, without asking the network
              --profile ID      of this profile only
              --format FORMAT   text (default), json or waybar

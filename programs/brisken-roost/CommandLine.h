@@ -84,8 +84,7 @@ struct CommandLine {
 };
 
 /// What `arguments` (without the program's name) ask for; the error is one sentence for the user. `version`
-/// is what
-/// `--version` prints.
+/// is what `--version` prints.
 std::expected<CommandLine, QString> parseCommandLine(const QStringList& arguments, const QString& version);
 
 } // namespace roost
