@@ -142,15 +142,21 @@ TEST(Rooms, HaveNoCycles)
     }
 }
 
-TEST(TheMap, NamesOnlyPathsThatExist)
+/// The paths that a page names and that do not exist.
+std::vector<std::string> missingPathsOf(const std::string& page)
 {
-    std::vector<std::string> missing;
-    for (const std::string& path : matches(architecture, R"(`([\w.-]+/[\w./-]*)`)")) {
-        if (!fs::exists(root / path)) {
-            missing.push_back(path);
-        }
-    }
-    EXPECT_THAT(missing, IsEmpty());
+    std::vector<std::string> missing = matches(page, R"(`([\w.-]+/[\w./-]*)`)");
+    std::erase_if(missing, [](const std::string& path) { return fs::exists(root / path); });
+    return missing;
+}
+
+TEST(TheMap, NamesOnlyPathsThatExist) { EXPECT_THAT(missingPathsOf(architecture), IsEmpty()); }
+
+TEST(TheNotesOnSecurity, NameATestThatExistsForEachClaim)
+{
+    const std::string page = textOf(root / "docs/security.md");
+    EXPECT_GT(matches(page, R"((tests/\w+))").size(), 20U);
+    EXPECT_THAT(missingPathsOf(page), IsEmpty());
 }
 
 TEST(TheLicences, KeepTheDevelopmentServiceOutOfWhatIsInstalled)

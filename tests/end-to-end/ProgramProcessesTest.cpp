@@ -88,6 +88,18 @@ TEST_F(SyncProcesses, StoresTheTokenThatWasOnItsWayWhenInterrupted)
     }
 }
 
+TEST(SyncProcess, SendsNoTokenOfTheProgramsOwnServiceToAnother)
+{
+    UserMachine machine;
+    machine.keyring.putItem(
+        PrivateKeyring::defaultPath(),
+        {{u"service"_s, u"world.brisken.roost.mac"_s}, {u"account"_s, u"refresh-token|mine"_s}}, "canary");
+    const Finished finished = machine.run(u"sync"_s);
+    EXPECT_EQ(finished.code, 3);
+    EXPECT_THAT(finished.error, HasSubstr("No profile is signed in here yet."));
+    EXPECT_EQ(machine.service.state().counters.requests(Endpoint::token), 0);
+}
+
 TEST(SignInProcess, AsksNobodyAndOpensNothingWithoutAKeyring)
 {
     UserMachine machine;
