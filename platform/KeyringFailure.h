@@ -16,7 +16,7 @@ enum class KeyringFailure {
     noService,
     /// The service has no default collection.
     noCollection,
-    /// No answer in time, or the service or the bus left meanwhile.
+    /// No answer in time, the bus cannot be reached, or it or the service left meanwhile.
     notAnswering,
     /// It answered with any other error.
     refused,

@@ -1,5 +1,6 @@
 #include "platform/KeyringSession.h"
 
+#include "bus/SessionBus.h"
 #include "platform/QuietSecretService.h"
 
 #include <utility>
@@ -70,6 +71,35 @@ std::vector<std::string> textsOf(const GOwnedTexts& texts)
     return found;
 }
 
+/// Whether `error`, of connecting to `bus`, says that there is no such socket.
+bool isMissing(const GErrorSlot& error, const BusSocket& bus)
+{
+    const auto is = [&error](int code) { return g_error_matches(error.get(), G_IO_ERROR, code) != FALSE; };
+    return is(G_IO_ERROR_NOT_FOUND) || is(G_IO_ERROR_NOT_DIRECTORY) ||
+           // The name of a socket that is no file stands for nothing when nobody listens.
+           (!bus.isPath && is(G_IO_ERROR_CONNECTION_REFUSED));
+}
+
+/// Not the connection that the process shares: that one ends the process when the bus goes away.
+KeyringResult<GOwned<GDBusConnection>> connectionTo(const QString& addresses, GCancellable* stop)
+{
+    constexpr auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                                             G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+    KeyringFailure failure = KeyringFailure::noService;
+    for (const BusSocket& bus : busSocketsIn(addresses)) {
+        GErrorSlot error;
+        GOwned<GDBusConnection> connection{g_dbus_connection_new_for_address_sync(
+            bus.address.toUtf8().constData(), flags, nullptr, stop, error)};
+        if (connection) {
+            return connection;
+        }
+        if (!isMissing(error, bus)) {
+            failure = KeyringFailure::notAnswering;
+        }
+    }
+    return std::unexpected(failure);
+}
+
 } // namespace
 
 KeyringSession::KeyringSession(GOwned<GDBusConnection> connection, GOwned<SecretService> service)
@@ -78,26 +108,19 @@ KeyringSession::KeyringSession(GOwned<GDBusConnection> connection, GOwned<Secret
 {
 }
 
-KeyringResult<std::unique_ptr<KeyringSession>> KeyringSession::open(GCancellable* stop)
+KeyringResult<std::unique_ptr<KeyringSession>> KeyringSession::open(const QString& addresses,
+                                                                    GCancellable* stop)
 {
-    // Not the connection that the process shares: that one ends the process when the bus goes away.
-    GErrorSlot error;
-    const GOwnedText address{g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, stop, error)};
-    GOwned<GDBusConnection> connection;
-    if (address) {
-        constexpr auto flags = static_cast<GDBusConnectionFlags>(
-            G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT | G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-        connection.reset(g_dbus_connection_new_for_address_sync(address.get(), flags, nullptr, stop, error));
-    }
+    KeyringResult<GOwned<GDBusConnection>> connection = connectionTo(addresses, stop);
     if (!connection) {
-        return std::unexpected(g_cancellable_is_cancelled(stop) != FALSE ? KeyringFailure::notAnswering
-                                                                         : KeyringFailure::noService);
+        return std::unexpected(connection.error());
     }
-    GOwned<SecretService> service = quietSecretService(connection.get(), stop, error);
+    GErrorSlot error;
+    GOwned<SecretService> service = quietSecretService(connection->get(), stop, error);
     if (!service) {
         return failed(error);
     }
-    return std::unique_ptr<KeyringSession>{new KeyringSession{std::move(connection), std::move(service)}};
+    return std::unique_ptr<KeyringSession>{new KeyringSession{*std::move(connection), std::move(service)}};
 }
 
 KeyringResult<std::string> KeyringSession::defaultCollection(GCancellable* stop)

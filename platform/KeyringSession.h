@@ -5,6 +5,8 @@
 
 #include <libsecret/secret.h>
 
+#include <QString>
+
 #include <map>
 #include <memory>
 #include <optional>
@@ -30,7 +32,9 @@ public:
 
     static constexpr const char* noQuestion = "/";
 
-    static KeyringResult<std::unique_ptr<KeyringSession>> open(GCancellable* stop);
+    /// Connects to the first Unix socket that `addresses` (D-Bus Specification, "Server Addresses") names and
+    /// behind which a bus answers. `noService` when none of them exists: no bus is started for the asking.
+    static KeyringResult<std::unique_ptr<KeyringSession>> open(const QString& addresses, GCancellable* stop);
 
     /// The path of the default collection; `noCollection` when the service has none.
     KeyringResult<std::string> defaultCollection(GCancellable* stop);

@@ -1,19 +1,25 @@
 #include "platform/KeyringThread.h"
 
+#include "bus/SessionBus.h"
+
+#include <QProcessEnvironment>
 #include <QTimer>
+
+#include <tuple>
 
 namespace roost {
 
 namespace {
 
 /// Runs the call in the session, which is opened for it when there is none, and gone when it has failed.
-void serve(KeyringCall& call, std::unique_ptr<KeyringSession>& session)
+void serve(KeyringCall& call, const QString& busAddresses, std::unique_ptr<KeyringSession>& session)
 {
     if (g_cancellable_is_cancelled(call.stop()) != FALSE) {
         return;
     }
     if (!session) {
-        KeyringResult<std::unique_ptr<KeyringSession>> opened = KeyringSession::open(call.stop());
+        KeyringResult<std::unique_ptr<KeyringSession>> opened =
+            KeyringSession::open(busAddresses, call.stop());
         if (!opened) {
             call.fail(opened.error());
             return;
@@ -62,12 +68,14 @@ void KeyringThread::enqueue(const std::shared_ptr<KeyringCall>& call)
             }
         }
     });
+    QString busAddresses = sessionBusAddresses(QProcessEnvironment::systemEnvironment());
     const std::scoped_lock held(mutex_);
+    busAddresses_ = std::move(busAddresses);
     waiting_.push_back(call);
     wake_.notify_one();
 }
 
-std::shared_ptr<KeyringCall> KeyringThread::next()
+std::pair<std::shared_ptr<KeyringCall>, QString> KeyringThread::next()
 {
     std::unique_lock held(mutex_);
     running_.reset();
@@ -76,7 +84,7 @@ std::shared_ptr<KeyringCall> KeyringThread::next()
         running_ = std::move(waiting_.front());
         waiting_.pop_front();
     }
-    return running_;
+    return {running_, busAddresses_};
 }
 
 bool KeyringThread::isIdle()
@@ -90,8 +98,8 @@ void KeyringThread::work()
     const GOwnedContext context{g_main_context_new()};
     g_main_context_push_thread_default(context.get());
     std::unique_ptr<KeyringSession> session;
-    while (const std::shared_ptr<KeyringCall> call = next()) {
-        serve(*call, session);
+    for (auto [call, busAddresses] = next(); call; std::tie(call, busAddresses) = next()) {
+        serve(*call, busAddresses, session);
         if (isIdle()) {
             session.reset();
         }

@@ -3,6 +3,7 @@
 #include "platform/KeyringCall.h"
 
 #include <QObject>
+#include <QString>
 
 #include <chrono>
 #include <condition_variable>
@@ -10,6 +11,7 @@
 #include <memory>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 namespace roost {
 
@@ -46,7 +48,8 @@ public:
 
 private:
     void enqueue(const std::shared_ptr<KeyringCall>& call);
-    std::shared_ptr<KeyringCall> next();
+    /// The next call, and the addresses of the session bus; null at the end.
+    std::pair<std::shared_ptr<KeyringCall>, QString> next();
     bool isIdle();
     void work();
 
@@ -57,6 +60,8 @@ private:
     std::condition_variable wake_;
     std::deque<std::shared_ptr<KeyringCall>> waiting_;
     std::shared_ptr<KeyringCall> running_;
+    /// As the environment told them when the latest call was asked.
+    QString busAddresses_;
     bool isEnding_ = false;
     std::thread thread_;
 };
