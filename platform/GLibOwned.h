@@ -23,7 +23,6 @@ using GOwnedContext = std::unique_ptr<GMainContext, GReleased<&g_main_context_un
 using GOwnedSource = std::unique_ptr<GSource, GReleased<&g_source_unref>>;
 using GOwnedTable = std::unique_ptr<GHashTable, GReleased<&g_hash_table_unref>>;
 using GOwnedText = std::unique_ptr<char, GReleased<&g_free>>;
-using GOwnedTexts = std::unique_ptr<char*, GReleased<&g_strfreev>>;
 using GOwnedVariant = std::unique_ptr<GVariant, GReleased<&g_variant_unref>>;
 
 /// Where a call of GLib puts its error. For one call; the error is freed with it.

@@ -19,6 +19,9 @@ KeyringResult<std::string> openDefault(KeyringSession& session, GCancellable* st
     return collection;
 }
 
+/// So often is looked for items before a collection that closes each time counts as locked.
+constexpr int mostLooks = 3;
+
 struct Found {
     std::string collection;
     KeyringSession::Items items;
@@ -27,15 +30,25 @@ struct Found {
 KeyringResult<Found> find(KeyringSession& session, const KeyringSession::Attributes& attributes,
                           GCancellable* stop)
 {
-    KeyringResult<std::string> collection = openDefault(session, stop);
-    if (!collection) {
-        return std::unexpected(collection.error());
+    for (int look = 0; look < mostLooks; ++look) {
+        KeyringResult<std::string> collection = openDefault(session, stop);
+        if (!collection) {
+            return std::unexpected(collection.error());
+        }
+        KeyringResult<KeyringSession::Items> items = session.search(attributes, stop);
+        if (!items) {
+            return std::unexpected(items.error());
+        }
+        // A collection that was locked meanwhile may not have told what it holds.
+        const KeyringResult<bool> isStillOpen = session.isOpen(*collection, stop);
+        if (!isStillOpen) {
+            return std::unexpected(isStillOpen.error());
+        }
+        if (*isStillOpen) {
+            return Found{*std::move(collection), *std::move(items)};
+        }
     }
-    KeyringResult<KeyringSession::Items> items = session.search(attributes, stop);
-    if (!items) {
-        return std::unexpected(items.error());
-    }
-    return Found{*std::move(collection), *std::move(items)};
+    return std::unexpected(KeyringFailure::locked);
 }
 
 /// The item that counts: one in the collection before any other.

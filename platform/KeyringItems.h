@@ -7,9 +7,10 @@
 #include <vector>
 
 /// The items of one service (the attribute of that name) in the Secret Service, by account. Each function
-/// first finds out whether the default collection can be read at all, so that "none" always means that there
-/// is none. New items go into the default collection, and where others hold the same account too, the default
-/// one counts. Keyring thread; they block until `stop` is cancelled.
+/// first finds out whether the default collection can be read at all, and after its search whether it still
+/// can, so that "none" always means that there is none. New items go into the default collection, and where
+/// others hold the same account too, the default one counts. Keyring thread; they block until `stop` is
+/// cancelled.
 namespace roost::KeyringItems {
 
 KeyringResult<std::optional<std::string>> secret(KeyringSession& session, const std::string& service,

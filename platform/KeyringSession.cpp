@@ -3,44 +3,21 @@
 #include "bus/SessionBus.h"
 #include "platform/QuietSecretService.h"
 
+#include <string_view>
 #include <utility>
 
 namespace roost {
 
 namespace {
 
+constexpr const char* serviceName = "org.freedesktop.secrets";
+constexpr const char* servicePath = "/org/freedesktop/secrets";
+constexpr const char* serviceInterface = "org.freedesktop.Secret.Service";
 constexpr const char* collectionInterface = "org.freedesktop.Secret.Collection";
 constexpr const char* itemInterface = "org.freedesktop.Secret.Item";
 
-/// Items are searched for without the name of their schema, which a collection that was never opened does not
-/// tell.
-const SecretSchema schema{"world.brisken.roost.mac.Secret",
-                          SECRET_SCHEMA_DONT_MATCH_NAME,
-                          {{"service", SECRET_SCHEMA_ATTRIBUTE_STRING},
-                           {"account", SECRET_SCHEMA_ATTRIBUTE_STRING},
-                           {nullptr, SECRET_SCHEMA_ATTRIBUTE_STRING}},
-                          0,
-                          nullptr,
-                          nullptr,
-                          nullptr,
-                          nullptr,
-                          nullptr,
-                          nullptr,
-                          nullptr};
-
-std::unexpected<KeyringFailure> failed(const GErrorSlot& error)
-{
-    return std::unexpected(failureOf(error.get()));
-}
-
-GOwnedTable tableOf(const KeyringSession::Attributes& attributes)
-{
-    GOwnedTable table{g_hash_table_new_full(g_str_hash, g_str_equal, g_free, g_free)};
-    for (const auto& [name, value] : attributes) {
-        g_hash_table_insert(table.get(), g_strdup(name.c_str()), g_strdup(value.c_str()));
-    }
-    return table;
-}
+/// Told with new items; not searched for, since a collection that was never opened does not tell it.
+constexpr const char* schemaName = "world.brisken.roost.mac.Secret";
 
 /// What a new item is made with; the one place where its label for people is chosen.
 GOwnedTable propertiesOf(const KeyringSession::Attributes& attributes)
@@ -50,7 +27,7 @@ GOwnedTable propertiesOf(const KeyringSession::Attributes& attributes)
     for (const auto& [name, value] : attributes) {
         g_variant_builder_add(&pairs, "{ss}", name.c_str(), value.c_str());
     }
-    g_variant_builder_add(&pairs, "{ss}", "xdg:schema", schema.name);
+    g_variant_builder_add(&pairs, "{ss}", "xdg:schema", schemaName);
     GOwnedTable properties{g_hash_table_new_full(g_str_hash, g_str_equal, g_free, [](gpointer value) {
         g_variant_unref(static_cast<GVariant*>(value));
     })};
@@ -62,11 +39,16 @@ GOwnedTable propertiesOf(const KeyringSession::Attributes& attributes)
     return properties;
 }
 
-std::vector<std::string> textsOf(const GOwnedTexts& texts)
+std::vector<std::string> pathsIn(GVariant* reply, gsize index)
 {
+    GVariant* paths = g_variant_get_child_value(reply, index);
+    const GOwnedVariant owned{paths};
+    GVariantIter iterator;
+    g_variant_iter_init(&iterator, paths);
     std::vector<std::string> found;
-    for (char** text = texts.get(); text != nullptr && *text != nullptr; ++text) {
-        found.emplace_back(*text);
+    const char* path = nullptr;
+    while (g_variant_iter_next(&iterator, "&o", &path) != FALSE) {
+        found.emplace_back(path);
     }
     return found;
 }
@@ -100,11 +82,18 @@ KeyringResult<GOwned<GDBusConnection>> connectionTo(const QString& addresses, GC
     return std::unexpected(failure);
 }
 
+std::string ownerOf(SecretService* service)
+{
+    const GOwnedText owner{g_dbus_proxy_get_name_owner(G_DBUS_PROXY(service))};
+    return owner ? owner.get() : "";
+}
+
 } // namespace
 
 KeyringSession::KeyringSession(GOwned<GDBusConnection> connection, GOwned<SecretService> service)
     : connection_(std::move(connection)),
-      service_(std::move(service))
+      service_(std::move(service)),
+      owner_(ownerOf(service_.get()))
 {
 }
 
@@ -118,32 +107,52 @@ KeyringResult<std::unique_ptr<KeyringSession>> KeyringSession::open(const QStrin
     GErrorSlot error;
     GOwned<SecretService> service = quietSecretService(connection->get(), stop, error);
     if (!service) {
-        return failed(error);
+        return std::unexpected(failureOf(error.get()));
     }
-    return std::unique_ptr<KeyringSession>{new KeyringSession{*std::move(connection), std::move(service)}};
+    std::unique_ptr<KeyringSession> session{new KeyringSession{*std::move(connection), std::move(service)}};
+    if (session->owner_.empty()) {
+        // Any call says why. Where it succeeds, the service came this moment: too late for this session.
+        const KeyringResult<GOwnedVariant> ping =
+            session->call(servicePath, "org.freedesktop.DBus.Peer", "Ping", nullptr, "()", stop);
+        return std::unexpected(ping ? KeyringFailure::notAnswering : ping.error());
+    }
+    return session;
 }
+
+bool KeyringSession::isCurrent() const { return ownerOf(service_.get()) == owner_; }
 
 KeyringResult<std::string> KeyringSession::defaultCollection(GCancellable* stop)
 {
-    GErrorSlot error;
-    const GOwnedText path{secret_service_read_alias_dbus_path_sync(service_.get(), "default", stop, error)};
-    if (error.get() != nullptr) {
-        return failed(error);
+    const KeyringResult<GOwnedVariant> reply =
+        call(servicePath, serviceInterface, "ReadAlias", g_variant_new("(s)", "default"), "(o)", stop);
+    if (!reply) {
+        return std::unexpected(reply.error());
     }
-    if (!path) {
+    const char* path = nullptr;
+    g_variant_get_child(reply->get(), 0, "&o", &path);
+    if (std::string_view{path} == "/") {
         return std::unexpected(KeyringFailure::noCollection);
     }
-    return std::string{path.get()};
+    return std::string{path};
 }
 
-KeyringResult<void> KeyringSession::ensureOpen(const std::string& collection, GCancellable* stop)
+KeyringResult<bool> KeyringSession::isOpen(const std::string& collection, GCancellable* stop)
 {
     const KeyringResult<GOwnedVariant> locked =
         property(collection, collectionInterface, "Locked", "b", stop);
     if (!locked) {
         return std::unexpected(locked.error());
     }
-    if (g_variant_get_boolean(locked->get()) == FALSE) {
+    return g_variant_get_boolean(locked->get()) == FALSE;
+}
+
+KeyringResult<void> KeyringSession::ensureOpen(const std::string& collection, GCancellable* stop)
+{
+    const KeyringResult<bool> open = isOpen(collection, stop);
+    if (!open) {
+        return std::unexpected(open.error());
+    }
+    if (*open) {
         return {};
     }
     const KeyringResult<std::string> question = unlock(collection, stop);
@@ -161,8 +170,8 @@ KeyringResult<std::string> KeyringSession::unlock(const std::string& collection,
     // Not by libsecret, which makes an object of every question and leaks a little each time.
     const char* path = collection.c_str();
     const KeyringResult<GOwnedVariant> reply =
-        call("/org/freedesktop/secrets", "org.freedesktop.Secret.Service", "Unlock",
-             g_variant_new("(@ao)", g_variant_new_objv(&path, 1)), "(aoo)", stop);
+        call(servicePath, serviceInterface, "Unlock", g_variant_new("(@ao)", g_variant_new_objv(&path, 1)),
+             "(aoo)", stop);
     if (!reply) {
         return std::unexpected(reply.error());
     }
@@ -173,18 +182,17 @@ KeyringResult<std::string> KeyringSession::unlock(const std::string& collection,
 
 KeyringResult<KeyringSession::Items> KeyringSession::search(const Attributes& attributes, GCancellable* stop)
 {
-    const GOwnedTable wanted = tableOf(attributes);
-    char** unlocked = nullptr;
-    char** locked = nullptr;
-    GErrorSlot error;
-    secret_service_search_for_dbus_paths_sync(service_.get(), &schema, wanted.get(), stop, &unlocked, &locked,
-                                              error);
-    const GOwnedTexts open{unlocked};
-    const GOwnedTexts closed{locked};
-    if (error.get() != nullptr) {
-        return failed(error);
+    GVariantBuilder wanted;
+    g_variant_builder_init(&wanted, G_VARIANT_TYPE("a{ss}"));
+    for (const auto& [name, value] : attributes) {
+        g_variant_builder_add(&wanted, "{ss}", name.c_str(), value.c_str());
     }
-    return Items{textsOf(open), textsOf(closed)};
+    const KeyringResult<GOwnedVariant> reply =
+        call(servicePath, serviceInterface, "SearchItems", g_variant_new("(a{ss})", &wanted), "(aoao)", stop);
+    if (!reply) {
+        return std::unexpected(reply.error());
+    }
+    return Items{pathsIn(reply->get(), 0), pathsIn(reply->get(), 1)};
 }
 
 KeyringResult<KeyringSession::Attributes> KeyringSession::attributes(const std::string& item,
@@ -250,10 +258,11 @@ KeyringResult<GOwnedVariant> KeyringSession::call(const std::string& path, const
                                                   const char* method, GVariant* arguments,
                                                   const char* replyType, GCancellable* stop)
 {
+    const char* service = owner_.empty() ? serviceName : owner_.c_str();
     GErrorSlot error;
-    GOwnedVariant reply{g_dbus_connection_call_sync(
-        connection_.get(), "org.freedesktop.secrets", path.c_str(), interface, method, arguments,
-        G_VARIANT_TYPE(replyType), G_DBUS_CALL_FLAGS_NONE, -1, stop, error)};
+    GOwnedVariant reply{g_dbus_connection_call_sync(connection_.get(), service, path.c_str(), interface,
+                                                    method, arguments, G_VARIANT_TYPE(replyType),
+                                                    G_DBUS_CALL_FLAGS_NONE, -1, stop, error)};
     if (!reply) {
         return failed(error);
     }
@@ -275,6 +284,14 @@ KeyringResult<GOwnedVariant> KeyringSession::property(const std::string& path, c
         return std::unexpected(KeyringFailure::refused);
     }
     return value;
+}
+
+std::unexpected<KeyringFailure> KeyringSession::failed(const GErrorSlot& error) const
+{
+    const KeyringFailure failure = failureOf(error.get());
+    // There was a service, and it has left.
+    return std::unexpected(
+        failure == KeyringFailure::noService && !owner_.empty() ? KeyringFailure::notAnswering : failure);
 }
 
 } // namespace roost

@@ -17,8 +17,9 @@ namespace roost {
 
 /// One conversation with the Secret Service, over a connection to the session bus that nobody else uses. Asks
 /// the user nothing. Everything blocks until there is an answer or `stop` is cancelled, and belongs to one
-/// thread, the one whose own main context is the current one. After a failure other than `locked` it is not
-/// worth keeping: the service may have been started anew.
+/// thread, the one whose own main context is the current one. What is found and read is of one process,
+/// the one that was the service when this was opened; when it leaves, calls fail as `notAnswering`. After a
+/// failure other than `locked` it is not worth keeping.
 class KeyringSession {
 public:
     /// Names and values; UTF-8 without a zero byte.
@@ -36,8 +37,13 @@ public:
     /// behind which a bus answers. `noService` when none of them exists: no bus is started for the asking.
     static KeyringResult<std::unique_ptr<KeyringSession>> open(const QString& addresses, GCancellable* stop);
 
+    /// Whether the service is still the one that this was opened with, as far as is known by now.
+    bool isCurrent() const;
+
     /// The path of the default collection; `noCollection` when the service has none.
     KeyringResult<std::string> defaultCollection(GCancellable* stop);
+
+    KeyringResult<bool> isOpen(const std::string& collection, GCancellable* stop);
 
     /// Success when the collection is open, or opens without a question, as one without a password does.
     KeyringResult<void> ensureOpen(const std::string& collection, GCancellable* stop);
@@ -68,11 +74,14 @@ public:
 private:
     KeyringSession(GOwned<GDBusConnection> connection, GOwned<SecretService> service);
 
+    std::unexpected<KeyringFailure> failed(const GErrorSlot& error) const;
     KeyringResult<GOwnedVariant> property(const std::string& path, const char* interface, const char* name,
                                           const char* type, GCancellable* stop);
 
     GOwned<GDBusConnection> connection_;
     GOwned<SecretService> service_;
+    /// The unique name of the service; empty only while there is none, before this is open.
+    std::string owner_;
 };
 
 } // namespace roost

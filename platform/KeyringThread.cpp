@@ -11,13 +11,15 @@ namespace roost {
 
 namespace {
 
-/// Runs the call in the session, which is opened for it when there is none, and gone when it has failed.
+/// Runs the call in the session, which is opened for it when there is none that is current, and gone when it
+/// has failed.
 void serve(KeyringCall& call, const QString& busAddresses, std::unique_ptr<KeyringSession>& session)
 {
     if (g_cancellable_is_cancelled(call.stop()) != FALSE) {
         return;
     }
-    if (!session) {
+    if (!session || !session->isCurrent()) {
+        session.reset();
         KeyringResult<std::unique_ptr<KeyringSession>> opened =
             KeyringSession::open(busAddresses, call.stop());
         if (!opened) {

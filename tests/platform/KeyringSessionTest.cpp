@@ -1,6 +1,7 @@
 #include "platform/KeyringSession.h"
 
 #include "platform/KeychainSecretStore.h"
+#include "tests/platform/SecretServiceStandIn.h"
 #include "tests/support/Await.h"
 #include "tests/support/PrivateKeyring.h"
 
@@ -12,6 +13,7 @@ namespace roost::test {
 
 namespace {
 
+using Collection = SecretServiceStandIn::Collection;
 using Why = SecretsUnavailable::Why;
 
 constexpr KeychainSecretStore::Patience patient{.service = guardTime};
@@ -80,6 +82,44 @@ TEST(KeyringSession, TellsABusThatIsNotThereFromOneThatCannotBeReached)
     EXPECT_EQ(found("unix:path=" + dead + "%20socket"), unavailable(Why::notAnswering)) << "it refuses";
     EXPECT_EQ(found("unix:path=" + dead + "%20socket;unix:path=/nonexistent/bus"),
               unavailable(Why::notAnswering));
+}
+
+TEST(KeyringSession, BelievesNoEmptyAnswerOfAServiceThatAnotherReplaces)
+{
+    const PrivateBus bus;
+    SecretServiceStandIn locked{bus, Collection::locked};
+    SecretServiceStandIn open{bus, Collection::open, SecretServiceStandIn::Name::left};
+    locked.onceAfter(QStringLiteral("ReadAlias"), [&] {
+        locked.leaveName();
+        open.takeName();
+    });
+    KeychainSecretStore store{"service", patient};
+
+    EXPECT_EQ(await(store.get("key")), unavailable(Why::locked));
+    EXPECT_EQ(await(store.get("key")), Found{}) << "the other one is asked next";
+}
+
+TEST(KeyringSession, BelievesNoEmptyAnswerOfAKeyringThatIsLockedMeanwhile)
+{
+    const PrivateBus bus;
+    SecretServiceStandIn service{bus, Collection::open};
+    service.onceAfter(QStringLiteral("Get"), [&] { service.lock(); });
+    KeychainSecretStore store{"service", patient};
+
+    EXPECT_EQ(await(store.get("key")), unavailable(Why::locked));
+}
+
+TEST(KeyringSession, TakesAServiceThatLeavesMeanwhileForOneThatDoesNotAnswer)
+{
+    const PrivateBus bus;
+    for (const char* last : {"ReadAlias", "Get"}) {
+        SecretServiceStandIn service{bus, Collection::open};
+        service.onceAfter(QString::fromLatin1(last), [&] { service.leaveBus(); });
+        KeychainSecretStore store{"service", patient};
+
+        EXPECT_EQ(await(store.get("key")), unavailable(Why::notAnswering)) << last;
+        EXPECT_EQ(await(store.get("key")), unavailable(Why::noService));
+    }
 }
 
 } // namespace roost::test

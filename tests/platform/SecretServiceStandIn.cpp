@@ -4,26 +4,55 @@
 #include <QDBusObjectPath>
 #include <QDBusVariant>
 
+#include <utility>
+
 namespace roost::test {
 
 namespace {
 
 using Paths = QList<QDBusObjectPath>;
 
+const QString serviceName = QStringLiteral("org.freedesktop.secrets");
 const QString rootPath = QStringLiteral("/org/freedesktop/secrets");
 const QString collectionPath = rootPath + QStringLiteral("/collection/only");
 
+/// Qt keeps connections by name, for the whole process.
+QString freshName()
+{
+    static int count = 0;
+    return QStringLiteral("secret service stand-in %1").arg(++count);
+}
+
 } // namespace
 
-SecretServiceStandIn::SecretServiceStandIn(const PrivateBus& bus, Collection collection)
-    : connection_(QDBusConnection::connectToBus(bus.address(), QStringLiteral("secret service stand-in"))),
+SecretServiceStandIn::SecretServiceStandIn(const PrivateBus& bus, Collection collection, Name name)
+    : connection_(QDBusConnection::connectToBus(bus.address(), freshName())),
       collection_(collection)
 {
     connection_.registerVirtualObject(rootPath, this, QDBusConnection::SubPath);
-    connection_.registerService(QStringLiteral("org.freedesktop.secrets"));
+    if (name == Name::taken) {
+        takeName();
+    }
 }
 
-SecretServiceStandIn::~SecretServiceStandIn() { QDBusConnection::disconnectFromBus(connection_.name()); }
+SecretServiceStandIn::~SecretServiceStandIn() { leaveBus(); }
+
+void SecretServiceStandIn::takeName() { connection_.registerService(serviceName); }
+
+void SecretServiceStandIn::leaveName() { connection_.unregisterService(serviceName); }
+
+void SecretServiceStandIn::leaveBus()
+{
+    const QString name = connection_.name();
+    connection_ = QDBusConnection{QString{}};
+    QDBusConnection::disconnectFromBus(name);
+}
+
+void SecretServiceStandIn::onceAfter(const QString& member, std::function<void()> then)
+{
+    member_ = member;
+    then_ = std::move(then);
+}
 
 void SecretServiceStandIn::answerWithPassword()
 {
@@ -37,12 +66,19 @@ QString SecretServiceStandIn::introspect(const QString& /*path*/) const { return
 
 bool SecretServiceStandIn::handleMessage(const QDBusMessage& message, const QDBusConnection& connection)
 {
+    if (!connection_.isConnected()) {
+        return true;
+    }
     if (message.member() == QStringLiteral("OpenSession") &&
         message.arguments().constFirst().toString() != QStringLiteral("plain")) {
         return connection.send(
             message.createErrorReply(QDBusError::NotSupported, QStringLiteral("only plain")));
     }
-    return connection.send(message.createReply(replyTo(message)));
+    const bool isSent = connection.send(message.createReply(replyTo(message)));
+    if (then_ && message.member() == member_) {
+        std::exchange(then_, {})();
+    }
+    return isSent;
 }
 
 QVariantList SecretServiceStandIn::replyTo(const QDBusMessage& message)
