@@ -7,6 +7,9 @@
 #include <QCoro/QCoroFuture>
 #include <QUtf8StringView>
 
+#include <atomic>
+#include <cstdint>
+
 namespace roost {
 
 namespace {
@@ -21,8 +24,16 @@ bool canBeKey(const std::string& text) { return isUtf8(text) && !text.contains('
 
 } // namespace
 
+/// What came of the questions to the user.
+struct KeychainSecretStore::Questions {
+    std::atomic<std::uint64_t> ended = 0;
+    /// The answer to the last one. Of the thread that asks.
+    KeyringResult<bool> answer = false;
+};
+
 KeychainSecretStore::KeychainSecretStore(std::string service, Patience patience)
     : service_(std::move(service)),
+      questions_(std::make_shared<Questions>()),
       thread_(std::make_unique<KeyringThread>(patience.service, KeyringThread::Late::cancelled)),
       askingThread_(std::make_unique<KeyringThread>(patience.user, KeyringThread::Late::leftRunning))
 {
@@ -111,7 +122,15 @@ KeychainSecretStore::keys(std::string prefix)
 
 QCoro::Task<bool> KeychainSecretStore::unlock()
 {
-    const auto answer = askingThread_->ask<bool>(openByAsking);
+    // Who came before a question was off the screen has its answer, and puts no other.
+    const auto answer = askingThread_->ask<bool>([questions = questions_, before = questions_->ended.load()](
+                                                     KeyringSession& session, GCancellable* stop) {
+        if (questions->ended == before) {
+            questions->answer = openByAsking(session, stop);
+            ++questions->ended;
+        }
+        return questions->answer;
+    });
     const KeyringResult<bool> isOpen = co_await answer;
     co_return isOpen && *isOpen;
 }

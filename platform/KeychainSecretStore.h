@@ -41,7 +41,10 @@ public:
     QCoro::Task<bool> unlock() override;
 
 private:
+    struct Questions;
+
     std::string service_;
+    std::shared_ptr<Questions> questions_;
     std::unique_ptr<KeyringThread> thread_;
     /// Another thread, so that the keyring is read while the user thinks.
     std::unique_ptr<KeyringThread> askingThread_;

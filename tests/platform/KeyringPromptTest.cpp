@@ -80,6 +80,45 @@ TEST(KeyringPrompt, IsPutOnceForSeveralCallers)
     EXPECT_EQ(service.putCount(), 1);
 }
 
+TEST(KeyringPrompt, IsNotPutAgainForCallersWhoWaitedWhenItWasClosed)
+{
+    const PrivateBus bus;
+    SecretServiceStandIn service{bus, Collection::locked};
+    KeychainSecretStore store{"service", patient};
+
+    Pending first{store.unlock()};
+    ASSERT_TRUE(isAsked(service));
+    Pending second{store.unlock()};
+    service.close();
+
+    EXPECT_FALSE(first.get());
+    EXPECT_TRUE(runUntil([&] { return second.isDone() || service.putCount() > 1; }));
+    EXPECT_EQ(service.putCount(), 1);
+    ASSERT_TRUE(second.isDone());
+    EXPECT_FALSE(second.get());
+
+    Pending next{store.unlock()};
+    EXPECT_TRUE(isAsked(service)) << "a new click puts a new question";
+    service.answerWithPassword();
+    EXPECT_TRUE(next.get());
+}
+
+TEST(KeyringPrompt, IsSharedAlsoWhenTheFirstCallerNoLongerWaits)
+{
+    const PrivateBus bus;
+    SecretServiceStandIn service{bus, Collection::locked};
+    KeychainSecretStore store{"service", {.service = guardTime, .user = std::chrono::seconds{1}}};
+
+    Pending impatient{store.unlock()};
+    ASSERT_TRUE(isAsked(service));
+    EXPECT_FALSE(impatient.get());
+    Pending second{store.unlock()};
+    service.close();
+
+    EXPECT_FALSE(second.get());
+    EXPECT_FALSE(runUntil([&] { return service.putCount() > 1; }, std::chrono::milliseconds{200}));
+}
+
 TEST(KeyringPrompt, IsNeverPutByAnythingButUnlock)
 {
     const PrivateBus bus;
