@@ -90,10 +90,18 @@ QCoro::Task<SchemeHandler::Handler> SchemeHandler::handler(std::stop_token stop)
 
 QCoro::Task<SchemeHandler::Handler> SchemeHandler::claim(std::stop_token stop)
 {
+    // Asked before the entry is there: then it may be the default by the order of names alone, until another
+    // program comes.
+    auto looking = handler(stop);
+    Handler before = co_await looking;
     if (const std::error_code failed = install()) {
         qCWarning(RoostLog::auth, "desktop entry not installed: %s", failed.message().c_str());
+        co_return Handler{};
     }
-    // Also when the scheme is ours already: that may be by the order of names, until the next program comes.
+    // The tool writes the user's choices anew even when nothing changes, a link in their place included.
+    if (before.entry == entryName) {
+        co_return before;
+    }
     auto making = makeDefault(stop);
     co_await making;
     auto asking = handler(stop);

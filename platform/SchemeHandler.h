@@ -54,8 +54,9 @@ public:
     /// Who has the scheme now.
     QCoro::Task<Handler> handler(std::stop_token stop);
 
-    /// Installs, makes ours the default, and says who has the scheme in the end. What fails on the way shows
-    /// in that.
+    /// Installs, makes ours the default unless it is, and says who has the scheme in the end. What fails on
+    /// the way shows in that: `unknown` also when ours cannot be installed, since an older entry of its name
+    /// may start another program.
     QCoro::Task<Handler> claim(std::stop_token stop);
 
 private:

@@ -205,6 +205,30 @@ TEST(SchemeHandler, IsDoneSoonAfterAStop)
     EXPECT_EQ(claiming.get(20s), Handler{});
 }
 
+TEST(SchemeHandler, LeavesTheUsersChoiceUntouchedWhenItIsOursAlready)
+{
+    Desktop desktop;
+    ASSERT_EQ(desktop.claim(), ours);
+    const fs::path choices = desktop / "config" / "mimeapps.list";
+    const fs::path elsewhere = desktop / "home" / "choices";
+    fs::rename(choices, elsewhere);
+    fs::create_symlink(elsewhere, choices);
+    EXPECT_EQ(desktop.claim(), ours);
+    EXPECT_TRUE(fs::is_symlink(choices));
+}
+
+TEST(SchemeHandler, DoesNotTrustAnOlderEntryThatItCannotReplace)
+{
+    Desktop desktop;
+    ASSERT_EQ(desktop.claim(), ours);
+    const LogCatcher log;
+    FailingFileSystem full{desktop.files};
+    full.failEvery(FailingFileSystem::Operation::write, std::make_error_code(std::errc::no_space_on_device));
+    SchemeHandler moved(full, "/opt/new/brisken-roost", desktop.environment, guardTime);
+    EXPECT_EQ(await(moved.claim({})), Handler{}) << "the older one starts another program";
+    EXPECT_EQ(log.messages(RoostLog::auth().categoryName()).size(), 1);
+}
+
 TEST(SchemeHandler, GoesOnWhenTheEntryCannotBeInstalled)
 {
     Desktop desktop;
