@@ -16,6 +16,7 @@
 
 #include <cstring>
 #include <optional>
+#include <utility>
 
 namespace roost {
 
@@ -89,10 +90,16 @@ CallbackSocket::Standing CallbackSocket::listen()
         return isHeld ? Standing::busy : Standing::unusable;
     }
     const int descriptor = listenAt(socketIn(folder_));
-    if (descriptor < 0 || !server_.listen(descriptor)) {
-        return Standing::unusable;
+    if (descriptor >= 0 && server_.listen(descriptor)) {
+        return Standing::listening;
     }
-    return Standing::listening;
+    if (descriptor >= 0) {
+        ::unlink(socketIn(folder_).c_str());
+        ::close(descriptor);
+    }
+    // Another process may have more luck.
+    ::close(std::exchange(lock_, -1));
+    return Standing::unusable;
 }
 
 void CallbackSocket::accept()

@@ -179,6 +179,16 @@ TEST(CallbackSocket, IsUnusableWhereNoSocketCanBeMade)
     EXPECT_FALSE(std::filesystem::exists(folder / "elsewhere"));
 }
 
+TEST(CallbackSocket, StandsInNobodysWayWhenItCannotListen)
+{
+    Listener listener;
+    std::filesystem::create_directories(listener.path() / "not empty");
+    ASSERT_EQ(listener.socket->listen(), Standing::unusable);
+    std::filesystem::remove_all(listener.path());
+    CallbackSocket another(listener.folder.path(), [](std::string_view) { return true; });
+    EXPECT_EQ(another.listen(), Standing::listening);
+}
+
 TEST(CallbackSocket, HangsUpOnAMessageThatIsTooLong)
 {
     const LogCatcher log;
