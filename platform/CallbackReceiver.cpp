@@ -52,8 +52,11 @@ QCoro::Task<Handover> handOverCallback(QProcessEnvironment environment, std::str
     }
     auto sending = sendToCallbackSocket(*folder, address, timeout);
     const Handover bySocket = co_await sending;
-    // Who declined is more than nobody.
-    co_return bySocket == Handover::nobody&& byBus == Handover::declined ? byBus : bySocket;
+    if (bySocket == Handover::nobody && byBus == Handover::declined) {
+        // Who declined is more than nobody.
+        co_return byBus;
+    }
+    co_return bySocket;
 }
 
 } // namespace roost
