@@ -24,9 +24,9 @@ ApplicationService::ApplicationService(QString addresses, ApplicationAdaptor::Op
 
 ApplicationService::~ApplicationService() = default;
 
-QCoro::Task<Claim> ApplicationService::start(std::chrono::milliseconds timeout)
+QCoro::Task<Claim> ApplicationService::start(std::chrono::milliseconds timeout, std::stop_token stop)
 {
-    auto opening = BusConnection::open(addresses_, timeout);
+    auto opening = BusConnection::open(addresses_, timeout, stop);
     bus_ = co_await opening;
     if (!bus_) {
         co_return Claim{};
@@ -41,7 +41,7 @@ QCoro::Task<Claim> ApplicationService::start(std::chrono::milliseconds timeout)
                        QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
                        SLOT(loseBus()));
     auto requesting = callBusDaemon(connection, QStringLiteral("RequestName"),
-                                    {RoostBus::name, QVariant::fromValue(doNotQueue)}, timeout);
+                                    {RoostBus::name, QVariant::fromValue(doNotQueue)}, timeout, stop);
     const QDBusMessage reply = co_await requesting;
     const uint code = reply.arguments().value(0).toUInt();
     if (reply.type() != QDBusMessage::ReplyMessage) {
@@ -51,7 +51,7 @@ QCoro::Task<Claim> ApplicationService::start(std::chrono::milliseconds timeout)
         isOwner_ = bus_->get().isConnected();
         co_return Claim{Claim::Kind::owned, connection.baseService()};
     }
-    auto asking = callBusDaemon(connection, QStringLiteral("GetNameOwner"), {RoostBus::name}, timeout);
+    auto asking = callBusDaemon(connection, QStringLiteral("GetNameOwner"), {RoostBus::name}, timeout, stop);
     const QDBusMessage owner = co_await asking;
     const bool isKnown = owner.type() == QDBusMessage::ReplyMessage;
     co_return Claim{Claim::Kind::taken, isKnown ? owner.arguments().value(0).toString() : QString{}};

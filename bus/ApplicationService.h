@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <memory>
+#include <stop_token>
 
 namespace roost {
 
@@ -38,8 +39,9 @@ public:
     ApplicationService(QString addresses, ApplicationAdaptor::Opened opened);
     ~ApplicationService() override;
 
-    /// Connects, and takes the name when it is free. Once. Every step has the time `timeout`.
-    QCoro::Task<Claim> start(std::chrono::milliseconds timeout);
+    /// Connects, and takes the name when it is free. Once. Every step has the time `timeout`, and ends early
+    /// on a stop: then the name may be ours all the same.
+    QCoro::Task<Claim> start(std::chrono::milliseconds timeout, std::stop_token stop = {});
 
     /// Whether the name is ours still: the bus may have gone away.
     bool isOwner() const { return isOwner_; }

@@ -7,16 +7,17 @@
 #include <QVariantList>
 
 #include <chrono>
+#include <stop_token>
 
 namespace roost {
 
 /// The answer to `call`, which may be an error: of the other side, of the bus, or that `timeout` has passed.
-/// Nothing blocks, and nobody is started for the asking. Main thread.
+/// An invalid message soon after a stop. Nothing blocks, and nobody is started for the asking. Main thread.
 QCoro::Task<QDBusMessage> callOnBus(QDBusConnection connection, QDBusMessage call,
-                                    std::chrono::milliseconds timeout);
+                                    std::chrono::milliseconds timeout, std::stop_token stop = {});
 
 /// The same for a method of the bus itself, org.freedesktop.DBus.`method`.
 QCoro::Task<QDBusMessage> callBusDaemon(QDBusConnection connection, QString method, QVariantList arguments,
-                                        std::chrono::milliseconds timeout);
+                                        std::chrono::milliseconds timeout, std::stop_token stop = {});
 
 } // namespace roost

@@ -14,9 +14,9 @@ namespace roost {
 
 namespace {
 
-/// Whether a bus answers at `bus` within `timeout`: says who we are (D-Bus Specification, "Authentication
-/// Protocol") and waits for any word.
-QCoro::Task<bool> answers(BusSocket bus, std::chrono::milliseconds timeout)
+/// Whether a bus answers at `bus` within `timeout` and before a stop: says who we are (D-Bus Specification,
+/// "Authentication Protocol") and waits for any word.
+QCoro::Task<bool> answers(BusSocket bus, std::chrono::milliseconds timeout, std::stop_token stop)
 {
     const Arrival<bool> end;
     QLocalSocket socket;
@@ -33,6 +33,10 @@ QCoro::Task<bool> answers(BusSocket bus, std::chrono::milliseconds timeout)
     socket.setSocketOptions(bus.isPath ? QLocalSocket::NoOptions : QLocalSocket::AbstractNamespaceOption);
     timer.start(timeout);
     socket.connectToServer(bus.name);
+    const std::stop_callback onStop(stop, [end] {
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(), [end] { end.set(false); }, Qt::QueuedConnection);
+    });
     const auto coming = end.coming();
     const bool hasAnswered = co_await coming;
     // The socket says good-bye in its destructor, when nobody wants to hear it any more.
@@ -44,12 +48,15 @@ QCoro::Task<bool> answers(BusSocket bus, std::chrono::milliseconds timeout)
 
 BusConnection::~BusConnection() { QDBusConnection::disconnectFromBus(connection_.name()); }
 
-QCoro::Task<std::shared_ptr<BusConnection>> BusConnection::open(QString addresses,
-                                                                std::chrono::milliseconds timeout)
+QCoro::Task<std::shared_ptr<BusConnection>>
+BusConnection::open(QString addresses, std::chrono::milliseconds timeout, std::stop_token stop)
 {
     static std::atomic<int> opened = 0;
     for (const BusSocket& bus : busSocketsIn(addresses)) {
-        auto answering = answers(bus, timeout);
+        if (stop.stop_requested()) {
+            break;
+        }
+        auto answering = answers(bus, timeout, stop);
         if (co_await answering) {
             const QString name = QStringLiteral("roost-%1").arg(++opened);
             const auto connection = QDBusConnection::connectToBus(bus.address, name);

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <memory>
 #include <optional>
+#include <stop_token>
 
 namespace roost {
 
@@ -23,9 +24,9 @@ public:
 
     /// Connects to the first Unix socket that `addresses` (D-Bus Specification, "Server Addresses") names and
     /// behind which a bus answers within `timeout`; null when there is none. Asks whether somebody answers
-    /// before it lets the bus library in, which waits for a hung bus without an end.
-    static QCoro::Task<std::shared_ptr<BusConnection>> open(QString addresses,
-                                                            std::chrono::milliseconds timeout);
+    /// before it lets the bus library in, which waits for a hung bus without an end. Null soon after a stop.
+    static QCoro::Task<std::shared_ptr<BusConnection>>
+    open(QString addresses, std::chrono::milliseconds timeout, std::stop_token stop = {});
 
 private:
     explicit BusConnection(QDBusConnection connection) : connection_(std::move(connection)) {}

@@ -4,6 +4,7 @@
 #include "platform/PrivateFolder.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace roost {
 
@@ -19,7 +20,8 @@ CallbackReceiver::CallbackReceiver(const QProcessEnvironment& environment, Callb
 {
 }
 
-QCoro::Task<CallbackReceiver::Doors> CallbackReceiver::open(std::chrono::milliseconds timeout)
+QCoro::Task<CallbackReceiver::Doors> CallbackReceiver::open(std::chrono::milliseconds timeout,
+                                                            std::stop_token stop)
 {
     Doors doors;
     if (const auto folder = privateRuntimeFolder(environment_)) {
@@ -27,7 +29,7 @@ QCoro::Task<CallbackReceiver::Doors> CallbackReceiver::open(std::chrono::millise
             std::make_unique<CallbackSocket>(*folder, [this](std::string_view text) { return take(text); });
         doors.socket = socket_->listen();
     }
-    auto starting = bus_.start(timeout);
+    auto starting = bus_.start(timeout, std::move(stop));
     const ApplicationService::Claim claim = co_await starting;
     doors.bus = claim.kind;
     co_return doors;

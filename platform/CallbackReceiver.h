@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <memory>
+#include <stop_token>
 
 namespace roost {
 
@@ -36,8 +37,8 @@ public:
     /// `inbox` outlives this.
     CallbackReceiver(const QProcessEnvironment& environment, CallbackInbox& inbox);
 
-    /// Opens both. Once. The bus has the time `timeout` for each step.
-    QCoro::Task<Doors> open(std::chrono::milliseconds timeout);
+    /// Opens both. Once. The bus has the time `timeout` for each step, and none after a stop.
+    QCoro::Task<Doors> open(std::chrono::milliseconds timeout, std::stop_token stop = {});
 
 private:
     bool take(std::string_view address);

@@ -7,6 +7,8 @@
 
 #include <QDeadlineTimer>
 
+#include <thread>
+
 namespace roost::test {
 namespace {
 
@@ -163,6 +165,35 @@ TEST(ApplicationService, GivesUpOnABusThatFreezesOnTheWay)
     bus.freeze();
     const QDBusMessage answer = await(callBusDaemon(peer.connection(), QStringLiteral("GetId"), {}, 100ms));
     EXPECT_EQ(answer.type(), QDBusMessage::ErrorMessage);
+    bus.thaw();
+}
+
+TEST(ApplicationService, WaitsForNoBusAfterAStop)
+{
+    PrivateBus bus;
+    bus.freeze();
+    Program program{bus};
+    std::stop_source stop;
+    Pending starting(program.service.start(guardTime, stop.get_token()));
+    EXPECT_FALSE(starting.isDone());
+    std::thread([&stop] { stop.request_stop(); }).join();
+    EXPECT_EQ(starting.get(20s), ApplicationService::Claim{});
+    Program late{bus};
+    EXPECT_EQ(await(late.service.start(guardTime, stop.get_token()), 20s), ApplicationService::Claim{});
+    bus.thaw();
+}
+
+TEST(ApplicationService, WaitsForNoAnswerOfTheBusAfterAStop)
+{
+    PrivateBus bus;
+    const BusPeer peer(bus.address());
+    bus.freeze();
+    std::stop_source stop;
+    Pending asking(
+        callBusDaemon(peer.connection(), QStringLiteral("GetId"), {}, guardTime, stop.get_token()));
+    EXPECT_FALSE(asking.isDone());
+    std::thread([&stop] { stop.request_stop(); }).join();
+    EXPECT_EQ(asking.get(20s).type(), QDBusMessage::InvalidMessage);
     bus.thaw();
 }
 

@@ -114,6 +114,20 @@ TEST(CallbackReceiver, TakesACallbackByTheSocketWhenWhoHasTheNameDeclines)
     EXPECT_THAT(waiting.taken, ElementsAre(callbackOf("s")));
 }
 
+TEST(CallbackReceiver, WaitsForNoBusAfterAStop)
+{
+    Session session;
+    session.join();
+    session.bus.freeze();
+    Waiting waiting(session.desktop.environment);
+    std::stop_source stop;
+    Pending opening(waiting.receiver.open(guardTime, stop.get_token()));
+    EXPECT_FALSE(opening.isDone());
+    stop.request_stop();
+    EXPECT_EQ(opening.get(20s), (CallbackReceiver::Doors{Bus::noBus, Socket::listening}));
+    session.bus.thaw();
+}
+
 TEST(CallbackReceiver, TellsTheSecondOfTwoThatAnotherWaits)
 {
     Session session;
