@@ -1,8 +1,10 @@
 #include "bus/ApplicationAdaptor.h"
 
+#include "bus/Handover.h"
 #include "bus/RoostBus.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace roost {
 
@@ -18,9 +20,9 @@ void ApplicationAdaptor::Activate(const QVariantMap& /*platformData*/) {}
 void ApplicationAdaptor::Open(const QStringList& uris, const QVariantMap& /*platformData*/,
                               const QDBusMessage& message)
 {
-    const bool isBounded =
-        uris.size() <= mostAddresses &&
-        std::ranges::all_of(uris, [](qsizetype size) { return size <= longestAddress; }, &QString::size);
+    const bool isBounded = uris.size() <= mostAddresses && std::ranges::all_of(uris, [](const QString& uri) {
+                               return std::cmp_less_equal(uri.size(), longestCallback);
+                           });
     if (isBounded && opened_(uris)) {
         return;
     }

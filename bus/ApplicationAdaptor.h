@@ -21,9 +21,9 @@ public:
     /// nothing about them is certain but their number and length.
     using Opened = std::function<bool(const QStringList&)>;
 
-    /// More addresses in one call, or longer ones, are not even looked at.
+    /// More addresses in one call are not even looked at, nor are any when one is longer than
+    /// `longestCallback`.
     static constexpr qsizetype mostAddresses = 16;
-    static constexpr qsizetype longestAddress = 8 * 1024;
 
     ApplicationAdaptor(QDBusConnection connection, Opened opened, QObject* parent);
 

@@ -1,6 +1,11 @@
 #pragma once
 
+#include <cstddef>
+
 namespace roost {
+
+/// In bytes. Longer addresses are no callbacks, and are not even looked at.
+inline constexpr std::size_t longestCallback = 8 * 1024;
 
 /// What became of an address that was handed to whoever may be waiting for it.
 enum class Handover {

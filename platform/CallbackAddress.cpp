@@ -1,5 +1,7 @@
 #include "platform/CallbackAddress.h"
 
+#include "bus/Handover.h"
+
 #include <algorithm>
 
 namespace roost {

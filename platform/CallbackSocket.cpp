@@ -23,6 +23,7 @@ namespace roost {
 namespace {
 
 constexpr int mostConnections = 8;
+constexpr qint64 longestAddress = longestCallback;
 constexpr qint64 longestAnswer = 16;
 const QByteArray takenAnswer = QByteArrayLiteral("taken\n");
 const QByteArray declinedAnswer = QByteArrayLiteral("declined\n");

@@ -25,8 +25,6 @@ public:
     /// Whether the address was waited for. Nothing about it is certain but its length.
     using Take = std::function<bool(std::string_view)>;
 
-    static constexpr qint64 longestAddress = 8 * 1024;
-
     enum class Standing {
         listening,
         /// Another process waits already.

@@ -1,5 +1,6 @@
 #include "bus/ApplicationService.h"
 
+#include "bus/Handover.h"
 #include "tests/bus/BusPeer.h"
 #include "tests/support/PrivateBus.h"
 
@@ -70,7 +71,7 @@ TEST(ApplicationService, DoesNotLookAtTooManyOrTooLongAddresses)
     await(program.service.start(guardTime));
     const BusPeer peer(bus.address());
     const QStringList many(ApplicationAdaptor::mostAddresses + 1, QStringLiteral("a"));
-    const QStringList longOne{QString(ApplicationAdaptor::longestAddress + 1, QLatin1Char('a'))};
+    const QStringList longOne{QString(longestCallback + 1, QLatin1Char('a'))};
     EXPECT_EQ(peer.call(open, {many, QVariantMap{}}).errorName(), RoostBus::notAwaited);
     EXPECT_EQ(peer.call(open, {longOne, QVariantMap{}}).errorName(), RoostBus::notAwaited);
     EXPECT_THAT(program.opened, IsEmpty());

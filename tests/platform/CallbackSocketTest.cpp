@@ -194,7 +194,7 @@ TEST(CallbackSocket, HangsUpOnAMessageThatIsTooLong)
     const LogCatcher log;
     Listener listener;
     ASSERT_EQ(listener.socket->listen(), Standing::listening);
-    const std::string longest(CallbackSocket::longestAddress, 'a');
+    const std::string longest(longestCallback, 'a');
     EXPECT_EQ(listener.send(longest), Handover::taken);
     EXPECT_EQ(listener.send(longest + 'a'), Handover::declined);
     EXPECT_EQ(listener.send(longest + longest + longest), Handover::declined);
