@@ -1,8 +1,7 @@
 #include "platform/BrowserLauncher.h"
 
 #include "platform/DetachedProcess.h"
-
-#include <QStandardPaths>
+#include "platform/EnvironmentPaths.h"
 
 namespace roost {
 
@@ -13,10 +12,7 @@ void BrowserLauncher::open(WebURL url, std::function<void(Trouble)> failed)
         failed(Trouble::noDisplay);
         return;
     }
-    const QStringList folders =
-        environment_.value(QStringLiteral("PATH")).split(QLatin1Char(':'), Qt::SkipEmptyParts);
-    const QString opener =
-        folders.isEmpty() ? QString{} : QStandardPaths::findExecutable(QStringLiteral("xdg-open"), folders);
+    const QString opener = programNamed(QStringLiteral("xdg-open"), environment_);
     const auto ended = [failed](int exitCode) {
         if (exitCode != 0) {
             failed(Trouble::failed);

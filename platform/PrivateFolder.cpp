@@ -1,11 +1,10 @@
 #include "platform/PrivateFolder.h"
 
 #include "model/RoostLog.h"
+#include "platform/EnvironmentPaths.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <QFile>
 
 namespace roost {
 
@@ -19,13 +18,6 @@ bool isOfThisUserAlone(const std::filesystem::path& folder)
            (found.st_mode & (S_IRWXG | S_IRWXO)) == 0;
 }
 
-/// The folder that a variable names; empty when it is unset or not absolute.
-std::filesystem::path folderNamedBy(const QProcessEnvironment& environment, const char* variable)
-{
-    const QByteArray value = QFile::encodeName(environment.value(QString::fromLatin1(variable)));
-    return value.startsWith('/') ? std::filesystem::path{value.toStdString()} : std::filesystem::path{};
-}
-
 bool make(const std::filesystem::path& folder)
 {
     // An existing one counts only when it is what we would have made.
@@ -36,15 +28,13 @@ bool make(const std::filesystem::path& folder)
 
 std::optional<std::filesystem::path> privateRuntimeFolder(const QProcessEnvironment& environment)
 {
-    const std::filesystem::path runtime = folderNamedBy(environment, "XDG_RUNTIME_DIR");
-    if (!runtime.empty() && isOfThisUserAlone(runtime)) {
-        const std::filesystem::path folder = runtime / RoostLog::subsystem;
+    const auto runtime = folderNamedBy(environment, QStringLiteral("XDG_RUNTIME_DIR"));
+    if (runtime && isOfThisUserAlone(*runtime)) {
+        const std::filesystem::path folder = *runtime / RoostLog::subsystem;
         return make(folder) ? std::optional{folder} : std::nullopt;
     }
-    std::filesystem::path temporary = folderNamedBy(environment, "TMPDIR");
-    if (temporary.empty()) {
-        temporary = "/tmp";
-    }
+    const std::filesystem::path temporary =
+        folderNamedBy(environment, QStringLiteral("TMPDIR")).value_or("/tmp");
     const std::filesystem::path folder =
         temporary / (std::string{RoostLog::subsystem} + "-" + std::to_string(::geteuid()));
     return make(folder) ? std::optional{folder} : std::nullopt;

@@ -2,9 +2,8 @@
 
 #include "model/RoostLog.h"
 #include "platform/DesktopEntry.h"
+#include "platform/EnvironmentPaths.h"
 #include "platform/ToolRun.h"
-
-#include <QFile>
 
 #include <optional>
 
@@ -16,18 +15,13 @@ const QString mimeType = QStringLiteral("x-scheme-handler/briskenroost");
 const QString tool = QStringLiteral("xdg-mime");
 constexpr std::size_t longestEntry = 64 * 1024;
 
-/// XDG Base Directory Specification: only absolute paths count.
 std::optional<std::filesystem::path> dataFolder(const QProcessEnvironment& environment)
 {
-    const auto folder = [&environment](const QString& variable) {
-        return std::filesystem::path{QFile::encodeName(environment.value(variable)).toStdString()};
-    };
-    const std::filesystem::path data = folder(QStringLiteral("XDG_DATA_HOME"));
-    if (data.is_absolute()) {
+    if (const auto data = folderNamedBy(environment, QStringLiteral("XDG_DATA_HOME"))) {
         return data;
     }
-    const std::filesystem::path home = folder(QStringLiteral("HOME"));
-    return home.is_absolute() ? std::optional{home / ".local" / "share"} : std::nullopt;
+    const auto home = folderNamedBy(environment, QStringLiteral("HOME"));
+    return home ? std::optional{*home / ".local" / "share"} : std::nullopt;
 }
 
 } // namespace

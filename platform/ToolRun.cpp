@@ -1,9 +1,9 @@
 #include "platform/ToolRun.h"
 
 #include "model/Arrival.h"
+#include "platform/EnvironmentPaths.h"
 
 #include <QProcess>
-#include <QStandardPaths>
 #include <QTimer>
 
 namespace roost {
@@ -18,9 +18,7 @@ QCoro::Task<std::optional<ToolResult>> runTool(QString program, QStringList argu
                                                QProcessEnvironment environment,
                                                std::chrono::milliseconds timeout, std::stop_token stop)
 {
-    const QStringList folders =
-        environment.value(QStringLiteral("PATH")).split(QLatin1Char(':'), Qt::SkipEmptyParts);
-    const QString found = folders.isEmpty() ? QString{} : QStandardPaths::findExecutable(program, folders);
+    const QString found = programNamed(program, environment);
     if (found.isEmpty() || stop.stop_requested()) {
         co_return std::nullopt;
     }
