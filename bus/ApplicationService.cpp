@@ -35,11 +35,6 @@ QCoro::Task<Claim> ApplicationService::start(std::chrono::milliseconds timeout, 
     new ApplicationAdaptor(connection, opened_, this);
     // The object is there before the name is: whoever finds the name finds all of it.
     connection.registerObject(RoostBus::path, this);
-    connection.connect({}, QStringLiteral("/org/freedesktop/DBus"), QStringLiteral("org.freedesktop.DBus"),
-                       QStringLiteral("NameLost"), this, SLOT(loseName(QString)));
-    connection.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
-                       QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
-                       SLOT(loseBus()));
     auto requesting = callBusDaemon(connection, QStringLiteral("RequestName"),
                                     {RoostBus::name, QVariant::fromValue(doNotQueue)}, timeout, stop);
     const QDBusMessage reply = co_await requesting;
@@ -48,7 +43,6 @@ QCoro::Task<Claim> ApplicationService::start(std::chrono::milliseconds timeout, 
         co_return Claim{};
     }
     if (code == primaryOwner || code == alreadyOwner) {
-        isOwner_ = bus_->get().isConnected();
         co_return Claim{Claim::Kind::owned, connection.baseService()};
     }
     auto asking = callBusDaemon(connection, QStringLiteral("GetNameOwner"), {RoostBus::name}, timeout, stop);
@@ -56,9 +50,5 @@ QCoro::Task<Claim> ApplicationService::start(std::chrono::milliseconds timeout, 
     const bool isKnown = owner.type() == QDBusMessage::ReplyMessage;
     co_return Claim{Claim::Kind::taken, isKnown ? owner.arguments().value(0).toString() : QString{}};
 }
-
-void ApplicationService::loseName(const QString& name) { isOwner_ = isOwner_ && name != RoostBus::name; }
-
-void ApplicationService::loseBus() { isOwner_ = false; }
 
 } // namespace roost

@@ -43,18 +43,10 @@ public:
     /// on a stop: then the name may be ours all the same.
     QCoro::Task<Claim> start(std::chrono::milliseconds timeout, std::stop_token stop = {});
 
-    /// Whether the name is ours still: the bus may have gone away.
-    bool isOwner() const { return isOwner_; }
-
-private Q_SLOTS: // NOLINT: called by the bus
-    void loseName(const QString& name);
-    void loseBus();
-
 private:
     QString addresses_;
     ApplicationAdaptor::Opened opened_;
     std::shared_ptr<BusConnection> bus_;
-    bool isOwner_ = false;
 };
 
 } // namespace roost

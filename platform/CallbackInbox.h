@@ -38,8 +38,6 @@ public:
     /// Nothing is expected any more.
     void close() { expected_.reset(); }
 
-    bool isOpen() const { return expected_.has_value(); }
-
     /// What is to become of `address`, white space around it aside.
     Verdict offer(std::string_view address);
 
