@@ -49,7 +49,7 @@ TerminalBrowser::authenticate(WebURL url, QString callbackScheme, std::stop_toke
 
 QCoro::Task<bool> TerminalBrowser::reach(std::stop_token stop)
 {
-    auto opening = receiver_.open(busTimeout);
+    auto opening = receiver_.open(busTimeout, stop);
     const CallbackReceiver::Doors doors = co_await opening;
     isAnotherWaiting_ = doors.isAnotherWaiting();
     auto claiming = handler_.claim(std::move(stop));
