@@ -194,7 +194,11 @@ QCoro::Task<AuthResult<TokenSet>> OAuthClient::refresh(std::string refreshToken,
     if (!id) {
         co_return std::unexpected(id.error());
     }
-    auto asking = tokens(OAuthRequests::refresh(refreshToken, *id, *found), stop);
+    if (stop.stop_requested()) {
+        co_return std::unexpected(Stopped{});
+    }
+    // No stop from here on: the answer brings the only token that is good afterwards.
+    auto asking = tokens(OAuthRequests::refresh(refreshToken, *id, *found), {});
     auto next = co_await asking;
     if (!next && isAuthError(next.error(), Kind::invalidClient)) {
         auto forgetting = clientIDs_->forget(found->issuer);

@@ -60,7 +60,7 @@ public:
 
     /// The next tokens of a profile; `refreshToken` is used up by it. Failures as for `exchange` and
     /// `endpoints`; with `invalidClient` the client id has been forgotten, so that the next sign-in
-    /// registers.
+    /// registers. A stop counts until the refresh token is on its way; from then on the answer is waited for.
     QCoro::Task<AuthResult<TokenSet>> refresh(std::string refreshToken, std::stop_token stop) const;
 
     /// Tries once more to store the client ids that the secret store did not take. True when it has them all:

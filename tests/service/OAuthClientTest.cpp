@@ -401,6 +401,51 @@ TEST_F(Refreshing, CountsTheLifetimeFromTheAnswer)
     EXPECT_EQ(secrets.values, (std::map<std::string, std::string>{{clientIDKey, "stored"}}));
 }
 
+TEST_F(Refreshing, IsStoppedUntilTheRefreshTokenIsOnItsWay)
+{
+    for (const std::string& last : {path::metadata, path::resource, path::registration}) {
+        std::stop_source stop;
+        InProcessHttpSession stopping([&](HttpRequest request, std::stop_token token) {
+            if (request.url.path().toStdString() == last) {
+                stop.request_stop();
+            }
+            return service.session().send(std::move(request), std::move(token));
+        });
+        const OAuthClient other{QUrl{QStringLiteral("https://roost.example")}, stopping, secrets,
+                                [this] { return now; }};
+        const AuthResult<TokenSet> refreshed = await(other.refresh("R1", stop.get_token()));
+        ASSERT_FALSE(refreshed.has_value());
+        EXPECT_EQ(refreshed.error(), AuthFailure{Stopped{}});
+    }
+    EXPECT_THAT(service.requests(path::token), IsEmpty());
+}
+
+TEST_F(Refreshing, LooksForAStopOnceMoreBeforeItSendsTheToken)
+{
+    secrets.values[clientIDKey] = "stored";
+    ASSERT_TRUE(endpoints().has_value());
+    std::stop_source stop;
+    stop.request_stop();
+    EXPECT_EQ(await(client.refresh("R1", stop.get_token())).error(), AuthFailure{Stopped{}});
+    EXPECT_THAT(service.requests(path::token), IsEmpty());
+}
+
+TEST_F(Refreshing, WaitsForTheAnswerOnceTheRefreshTokenIsOnItsWay)
+{
+    std::stop_source stop;
+    InProcessHttpSession stopping([&](HttpRequest request, std::stop_token token) {
+        if (request.url.path().toStdString() == path::token) {
+            stop.request_stop();
+        }
+        return service.session().send(std::move(request), std::move(token));
+    });
+    const OAuthClient other{QUrl{QStringLiteral("https://roost.example")}, stopping, secrets,
+                            [this] { return now; }};
+    const AuthResult<TokenSet> refreshed = await(other.refresh("R1", stop.get_token()));
+    ASSERT_TRUE(refreshed.has_value());
+    EXPECT_EQ(refreshed->refreshToken, "R2");
+}
+
 TEST_F(Refreshing, RegistersWhenThereIsNoClientId)
 {
     ASSERT_TRUE(refresh().has_value());
