@@ -5,6 +5,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QCoroTimer>
@@ -48,7 +49,17 @@ std::filesystem::path fileFor(const std::filesystem::path& folder, const std::st
            (QCryptographicHash::hash(id, QCryptographicHash::Sha256).toHex() + ".lock").toStdString();
 }
 
-/// The lock; null while somebody else holds it.
+/// Whether `file` leads to what is open there. It does not when somebody has deleted it since: then another
+/// process may lock a file of the same name at the same time.
+bool isStillThere(int descriptor, const std::filesystem::path& file)
+{
+    struct stat open{};
+    struct stat named{};
+    return ::fstat(descriptor, &open) == 0 && ::lstat(file.c_str(), &named) == 0 &&
+           open.st_dev == named.st_dev && open.st_ino == named.st_ino;
+}
+
+/// The lock; null while somebody else holds it, and when it is to be tried again.
 std::expected<std::unique_ptr<RefreshLock::Held>, std::error_code>
 tryToLock(const std::filesystem::path& folder, const std::filesystem::path& file)
 {
@@ -64,6 +75,9 @@ tryToLock(const std::filesystem::path& folder, const std::filesystem::path& file
         if (errno != EWOULDBLOCK && errno != EINTR) {
             return std::unexpected(lastError());
         }
+        return nullptr;
+    }
+    if (!isStillThere(descriptor, file)) {
         return nullptr;
     }
     return held;

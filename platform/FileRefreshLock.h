@@ -8,12 +8,13 @@
 namespace roost {
 
 /// The `RefreshLock` of this machine: flock(2) on an empty file per profile, so that the system frees it when
-/// its holder dies. It counts between two users of one process as well. Files stay; their names are hashes of
-/// the profile ids.
+/// its holder dies. It counts between two users of one process as well. Files stay, and where one was deleted
+/// all the same its successor counts; their names are hashes of the profile ids.
 class FileRefreshLock final : public RefreshLock {
 public:
-    /// Longer than a refresh with all of its time-outs.
-    static constexpr std::chrono::minutes defaultPatience{3};
+    /// Longer than a refresh with all of its time-outs: four requests (metadata, resource, registration,
+    /// token) of a minute each, and the keyring's answers, seconds each.
+    static constexpr std::chrono::minutes defaultPatience{5};
 
     /// The files lie in `folder`, which is made for this user alone when it is needed. Who has waited for
     /// `patience` gives up.

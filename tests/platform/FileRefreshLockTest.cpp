@@ -1,5 +1,6 @@
 #include "platform/FileRefreshLock.h"
 
+#include "service/HttpSession.h"
 #include "tests/support/Await.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/LogCatcher.h"
@@ -7,7 +8,9 @@
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <QCoroTimer>
@@ -15,7 +18,9 @@
 #include <QProcess>
 
 #include <deque>
+#include <functional>
 #include <set>
+#include <utility>
 
 namespace roost::test {
 
@@ -26,6 +31,13 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 using Held = std::shared_ptr<RefreshLock::Held>;
+
+/// What happens, once, between the opening of the next file and its being locked.
+std::function<void()>& beforeNextLock()
+{
+    static std::function<void()> happening;
+    return happening;
+}
 
 /// More than any test holds a lock.
 constexpr std::chrono::milliseconds patience = guardTime;
@@ -90,6 +102,23 @@ void holdForEver(const std::filesystem::path& folder, const ChildProcess::Voice&
         ::pause();
     }
 }
+
+} // namespace
+
+} // namespace roost::test
+
+/// In the place of the C library's.
+extern "C" int flock(int descriptor, int operation) noexcept
+{
+    if (const auto happening = std::exchange(roost::test::beforeNextLock(), nullptr)) {
+        happening();
+    }
+    return static_cast<int>(::syscall(SYS_flock, descriptor, operation));
+}
+
+namespace roost::test {
+
+namespace {
 
 class FileRefreshLockTest : public testing::Test {
 protected:
@@ -185,6 +214,33 @@ TEST_F(FileRefreshLockTest, FollowsNoLinkInTheFilesPlace)
     std::filesystem::create_symlink(scratch / "elsewhere", folder / (hash.toStdString() + ".lock"));
     EXPECT_EQ(await(acquired(&lock, "p1")), nullptr);
     EXPECT_FALSE(std::filesystem::exists(scratch / "elsewhere"));
+}
+
+TEST_F(FileRefreshLockTest, LocksTheFileThatIsThereWhenOneIsDeletedInBetween)
+{
+    beforeNextLock() = [this] { std::filesystem::remove_all(folder); };
+    const Held held = await(acquired(&lock, "p1"));
+    ASSERT_NE(held, nullptr);
+    EXPECT_THAT(filesIn(folder), SizeIs(1));
+    EXPECT_FALSE(isFree(folder));
+}
+
+TEST_F(FileRefreshLockTest, LocksTheFileThatHasTakenTheOldOnesPlace)
+{
+    beforeNextLock() = [this] {
+        const std::filesystem::path old = *std::filesystem::directory_iterator(folder);
+        std::filesystem::rename(old, scratch / "old");
+        putBytes(old, "");
+    };
+    const Held held = await(acquired(&lock, "p1"));
+    ASSERT_NE(held, nullptr);
+    EXPECT_FALSE(isFree(folder));
+}
+
+TEST(FileRefreshLock, IsWaitedForLongerThanARefreshTakes)
+{
+    constexpr int requests = 4;
+    EXPECT_GT(FileRefreshLock::defaultPatience, requests * HttpRequest{}.timeout + 30s);
 }
 
 TEST_F(FileRefreshLockTest, NeverHasTwoHoldersAmongProcesses)
