@@ -1,5 +1,6 @@
 #include "service/AccountSession.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace roost {
@@ -7,6 +8,9 @@ namespace roost {
 namespace {
 
 using Kind = RoostAuthError::Kind;
+
+/// More than one sync can outlive.
+constexpr std::size_t mostRecentTokens = 8;
 
 /// What a refresh gives that belongs to an older sign-in. Nobody sees it: `asOfNow` says what there is
 /// instead.
@@ -22,10 +26,8 @@ std::unexpected<AuthFailure> authFailure(Kind kind)
 AccountSession::AccountSession(std::string profileId, const OAuthClient& oauth, SecretStore& secrets,
                                RefreshLock& lock, Clock now)
     : profileId_(std::move(profileId)),
-      key_("refresh-token|" + profileId_),
       oauth_(&oauth),
-      secrets_(&secrets),
-      lock_(&lock),
+      keeper_(std::make_shared<RefreshTokenKeeper>(profileId_, secrets, lock)),
       now_(std::move(now))
 {
 }
@@ -34,9 +36,9 @@ QCoro::Task<std::expected<void, KeychainError>> AccountSession::adopt(TokenSet t
 {
     ++generation_;
     state_ = State::active;
-    accessToken_ = std::move(tokens.accessToken);
-    accessExpiresAt_ = tokens.expiresAt;
-    return save(std::move(tokens.refreshToken));
+    recentTokens_.clear();
+    use(std::move(tokens.accessToken), tokens.expiresAt);
+    return keeper_->save(std::move(tokens.refreshToken));
 }
 
 QCoro::Task<AuthResult<std::string>> AccountSession::validAccessToken(std::stop_token stop)
@@ -49,8 +51,7 @@ QCoro::Task<AuthResult<std::string>> AccountSession::replaceAccessToken(std::str
 {
     const std::optional<std::string> current = currentToken();
     if (!current || current == rejected) {
-        accessToken_.reset();
-        accessExpiresAt_.reset();
+        forgetAccessToken();
     }
     return currentOrRefreshed(shared_from_this(), std::move(stop));
 }
@@ -58,8 +59,17 @@ QCoro::Task<AuthResult<std::string>> AccountSession::replaceAccessToken(std::str
 QCoro::Task<bool> AccountSession::signOut()
 {
     becomeSignedOut();
-    return secrets_->remove(key_);
+    return keeper_->remove();
 }
+
+QCoro::Task<bool> AccountSession::signOutOf(std::string accessToken)
+{
+    return signedOutOf(shared_from_this(), std::move(accessToken));
+}
+
+QCoro::Task<bool> AccountSession::saveUnsaved() { return keeper_->saveUnsaved(quitting_.get_token()); }
+
+void AccountSession::quit() { quitting_.request_stop(); }
 
 QCoro::Task<void> AccountSession::settled() { return allSettled(shared_from_this()); }
 
@@ -73,6 +83,9 @@ QCoro::Task<void> AccountSession::allSettled(Self self)
 
 QCoro::Task<AuthResult<std::string>> AccountSession::currentOrRefreshed(Self self, std::stop_token stop)
 {
+    if (self->isQuitting()) {
+        co_return std::unexpected(Stopped{});
+    }
     if (std::optional<std::string> token = self->currentToken()) {
         co_return *std::move(token);
     }
@@ -85,19 +98,26 @@ QCoro::Task<AuthResult<std::string>> AccountSession::currentOrRefreshed(Self sel
 
 QCoro::Task<AuthResult<std::string>> AccountSession::refresh(Self self, std::stop_token stop)
 {
-    std::shared_ptr<Inflight> inflight = self->inflight_;
-    if (!inflight) {
-        inflight = std::make_shared<Inflight>();
-        self->inflight_ = inflight;
-        // Goes on by itself, whatever becomes of those that wait for it.
-        runRefresh(self, inflight);
+    // Twice where a new sign-in overtook the first refresh and needs one of its own.
+    for (bool isLast = false;; isLast = true) {
+        std::shared_ptr<Inflight> inflight = self->inflight_;
+        if (!inflight) {
+            inflight = std::make_shared<Inflight>();
+            self->inflight_ = inflight;
+            // Goes on by itself, whatever becomes of those that wait for it.
+            runRefresh(self, inflight);
+        }
+        QCoro::Task<std::optional<Refreshed>> waiting = inflight->wait(stop);
+        const std::optional<Refreshed> refreshed = co_await waiting;
+        if (!refreshed) {
+            co_return std::unexpected(Stopped{});
+        }
+        const bool serves = refreshed->generation == self->generation_ || self->state_ == State::signedOut ||
+                            self->currentToken();
+        if (isLast || serves) {
+            co_return self->asOfNow(*refreshed);
+        }
     }
-    QCoro::Task<std::optional<Refreshed>> waiting = inflight->wait(std::move(stop));
-    const std::optional<Refreshed> refreshed = co_await waiting;
-    if (!refreshed) {
-        co_return std::unexpected(Stopped{});
-    }
-    co_return self->asOfNow(*refreshed);
 }
 
 QCoro::Task<void> AccountSession::runRefresh(Self self, std::shared_ptr<Inflight> inflight)
@@ -115,9 +135,12 @@ QCoro::Task<AccountSession::Refreshed> AccountSession::performRefresh(Self self)
     if (self->state_ == State::signedOut) {
         co_return self->failed(RoostAuthError{Kind::invalidGrant, 0, {}});
     }
-    QCoro::Task<std::unique_ptr<RefreshLock::Held>> locking = self->lock_->acquire(self->profileId_, {});
-    const std::unique_ptr<RefreshLock::Held> held = co_await locking;
-    if (!held) {
+    auto locking = self->keeper_->lock(self->quitting_.get_token());
+    const RefreshTokenKeeper::Lock lock = co_await locking;
+    if (!lock && self->isQuitting()) {
+        co_return Refreshed{std::unexpected(Stopped{}), begun};
+    }
+    if (!lock) {
         co_return Refreshed{std::unexpected(RefreshBlocked{}), begun};
     }
     QCoro::Task<Refreshed> refreshing = refreshUnderLock(self, begun);
@@ -133,23 +156,19 @@ QCoro::Task<AccountSession::Refreshed> AccountSession::refreshUnderLock(Self sel
         if (generation != begun && (self->state_ == State::signedOut || self->currentToken())) {
             co_return Refreshed{overtaken, begun};
         }
-        std::optional<std::string> refreshToken = self->unsavedRefreshToken_;
-        if (!refreshToken) {
-            auto reading = self->secrets_->get(self->key_);
-            std::expected<std::optional<std::string>, SecretsUnavailable> stored = co_await reading;
-            if (generation != self->generation_) {
-                continue;
-            }
-            if (!stored) {
-                co_return self->failed(stored.error());
-            }
-            refreshToken = *std::move(stored);
+        auto choosing = self->keeper_->newest();
+        std::expected<std::optional<std::string>, SecretsUnavailable> refreshToken = co_await choosing;
+        if (generation != self->generation_) {
+            continue;
         }
         if (!refreshToken) {
+            co_return self->failed(refreshToken.error());
+        }
+        if (!*refreshToken) {
             self->becomeSignedOut();
             co_return self->failed(RoostAuthError{Kind::invalidGrant, 0, {}});
         }
-        QCoro::Task<Refreshed> exchanging = exchange(self, *std::move(refreshToken));
+        QCoro::Task<Refreshed> exchanging = exchange(self, **std::move(refreshToken));
         co_return co_await exchanging;
     }
 }
@@ -157,49 +176,74 @@ QCoro::Task<AccountSession::Refreshed> AccountSession::refreshUnderLock(Self sel
 QCoro::Task<AccountSession::Refreshed> AccountSession::exchange(Self self, std::string refreshToken)
 {
     const std::uint64_t generation = self->generation_;
-    QCoro::Task<AuthResult<TokenSet>> refreshing = self->oauth_->refresh(std::move(refreshToken), {});
+    QCoro::Task<AuthResult<TokenSet>> refreshing =
+        self->oauth_->refresh(std::move(refreshToken), self->quitting_.get_token());
     AuthResult<TokenSet> answer = co_await refreshing;
     if (generation != self->generation_) {
         co_return Refreshed{overtaken, generation};
     }
     if (!answer) {
-        Refreshed refused = self->failed(answer.error());
-        if (isAuthError(answer.error(), Kind::invalidGrant) ||
-            isAuthError(answer.error(), Kind::invalidClient)) {
-            QCoro::Task<bool> removing = self->signOut();
-            refused.generation = self->generation_;
-            static_cast<void>(co_await removing);
+        if (!isAuthError(answer.error(), Kind::invalidGrant) &&
+            !isAuthError(answer.error(), Kind::invalidClient)) {
+            co_return self->failed(answer.error());
         }
+        QCoro::Task<bool> looking = isReplaced(self);
+        const bool isOver = !co_await looking;
+        if (generation != self->generation_) {
+            co_return Refreshed{overtaken, generation};
+        }
+        if (!isOver) {
+            co_return self->failed(RoostAuthError{Kind::unreachable, 0, {}});
+        }
+        QCoro::Task<bool> removing = self->signOut();
+        Refreshed refused = self->failed(answer.error());
+        static_cast<void>(co_await removing);
         co_return refused;
     }
     // Stored before it is of any use: the one that was sent is worth nothing any more.
-    auto saving = self->save(std::move(answer->refreshToken));
+    auto saving = self->keeper_->save(std::move(answer->refreshToken));
     static_cast<void>(co_await saving); // what could not be stored is kept as unsaved
     if (generation == self->generation_) {
-        self->accessToken_ = answer->accessToken;
-        self->accessExpiresAt_ = answer->expiresAt;
+        self->use(answer->accessToken, answer->expiresAt);
     }
     co_return Refreshed{std::move(answer->accessToken), generation};
 }
 
-/// Keeps `refreshToken` as this profile's newest. Asks the store before it returns, so that the store hears
-/// of signing in and out in the order in which they happen.
-QCoro::Task<std::expected<void, KeychainError>> AccountSession::save(std::string refreshToken)
+/// Whether another process has signed the profile in since; if so, this session goes on with that.
+QCoro::Task<bool> AccountSession::isReplaced(Self self)
 {
-    unsavedRefreshToken_ = refreshToken;
-    auto saving = secrets_->set(refreshToken, key_);
-    return saved(shared_from_this(), std::move(refreshToken), generation_, std::move(saving));
+    const std::uint64_t generation = self->generation_;
+    QCoro::Task<bool> asking = self->keeper_->isReplaced();
+    const bool isReplaced = co_await asking;
+    if (isReplaced && generation == self->generation_) {
+        self->keeper_->dropUnsaved();
+        self->forgetAccessToken();
+    }
+    co_return isReplaced;
 }
 
-QCoro::Task<std::expected<void, KeychainError>>
-AccountSession::saved(Self self, std::string refreshToken, std::uint64_t generation,
-                      QCoro::Task<std::expected<void, KeychainError>> saving)
+QCoro::Task<bool> AccountSession::signedOutOf(Self self, std::string accessToken)
 {
-    std::expected<void, KeychainError> result = co_await saving;
-    if (result && generation == self->generation_ && self->unsavedRefreshToken_ == refreshToken) {
-        self->unsavedRefreshToken_.reset();
+    if (self->state_ == State::signedOut) {
+        co_return true;
     }
-    co_return result;
+    if (std::ranges::count(self->recentTokens_, accessToken) == 0) {
+        co_return false;
+    }
+    const std::uint64_t generation = self->generation_;
+    auto locking = self->keeper_->lock(self->quitting_.get_token());
+    const RefreshTokenKeeper::Lock lock = co_await locking;
+    if (lock && generation == self->generation_) {
+        QCoro::Task<bool> looking = isReplaced(self);
+        const bool isOver = !co_await looking;
+        if (isOver && generation == self->generation_) {
+            QCoro::Task<bool> removing = self->signOut();
+            // Signed out for this run even where the store cannot be told.
+            static_cast<void>(co_await removing);
+            co_return true;
+        }
+    }
+    co_return self->state_ == State::signedOut;
 }
 
 /// The access token, where it has more than `leeway` left.
@@ -211,13 +255,28 @@ std::optional<std::string> AccountSession::currentToken() const
     return std::nullopt;
 }
 
+void AccountSession::use(std::string accessToken, std::optional<Date> expiresAt)
+{
+    recentTokens_.push_back(accessToken);
+    if (recentTokens_.size() > mostRecentTokens) {
+        recentTokens_.pop_front();
+    }
+    accessToken_ = std::move(accessToken);
+    accessExpiresAt_ = expiresAt;
+}
+
+void AccountSession::forgetAccessToken()
+{
+    accessToken_.reset();
+    accessExpiresAt_.reset();
+}
+
 void AccountSession::becomeSignedOut()
 {
     ++generation_;
     state_ = State::signedOut;
-    accessToken_.reset();
-    accessExpiresAt_.reset();
-    unsavedRefreshToken_.reset();
+    recentTokens_.clear();
+    forgetAccessToken();
 }
 
 AccountSession::Refreshed AccountSession::failed(AuthFailure why) const

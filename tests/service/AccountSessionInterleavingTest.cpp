@@ -94,6 +94,38 @@ public:
         hearRemoval(this, sessions.front()->signOut());
     }
 
+    void signOutOf(std::string accessToken)
+    {
+        mayBeSignedOut = true;
+        ++open;
+        hearRemoval(this, sessions.front()->signOutOf(std::move(accessToken)));
+    }
+
+    void saveUnsaved()
+    {
+        ++open;
+        hearRemoval(this, sessions[world.turns.below(sessions.size())]->saveUnsaved());
+    }
+
+    /// One of the processes quits as it should, and starts again; unless it must keep what is unsaved.
+    void restart(std::size_t process)
+    {
+        ++open;
+        quitting.insert(sessions[process].get());
+        hearQuit(this, process, sessions[process]);
+    }
+
+    /// Processes that have quit have started again as well.
+    void restartWhoHasQuit()
+    {
+        for (std::size_t process = 0; process < sessions.size(); ++process) {
+            if (quitting.contains(sessions[process].get())) {
+                restart(process);
+            }
+        }
+        runToEnd();
+    }
+
     void settle()
     {
         ++open;
@@ -103,9 +135,17 @@ public:
     void heal()
     {
         world.secrets.failWrites = false;
+        world.secrets.loseAnswersToWrites = false;
         world.secrets.unavailable.reset();
         world.server.trouble = Trouble::none;
         world.lock.isBlocked = false;
+        if (sessions.size() > 1) {
+            // As long as one keeps a token to itself, the others wait.
+            for (const auto& session : sessions) {
+                ++open;
+                hearRemoval(this, session->saveUnsaved());
+            }
+        }
     }
 
     void runToEnd()
@@ -144,6 +184,9 @@ public:
     SessionWorld world;
     std::vector<std::shared_ptr<AccountSession>> sessions;
     std::vector<std::shared_ptr<Waiter>> waiters;
+    /// Kept, since `quitting` knows them by their addresses.
+    std::vector<std::shared_ptr<AccountSession>> ended;
+    std::set<const AccountSession*> quitting;
     std::set<std::string> broken;
     std::string lastToken = "access-0-0";
     std::size_t adopted = 0;
@@ -176,7 +219,8 @@ private:
         } else if (failedAs(*waiter->result, Kind::invalidGrant)) {
             life->require(session->state() == State::signedOut, "an invalid grant is a sign-out");
         } else if (failedAs<Stopped>(*waiter->result)) {
-            life->require(waiter->stop.stop_requested(), "nobody is stopped unasked");
+            life->require(waiter->stop.stop_requested() || life->quitting.contains(session.get()),
+                          "nobody is stopped unasked");
         }
     }
 
@@ -190,6 +234,21 @@ private:
     {
         static_cast<void>(co_await task);
         --life->open;
+    }
+
+    static QCoro::Task<void> hearQuit(Life* life, std::size_t process,
+                                      std::shared_ptr<AccountSession> session)
+    {
+        session->quit();
+        auto settling = session->settled();
+        co_await settling;
+        auto saving = session->saveUnsaved();
+        const bool isSaved = co_await saving;
+        --life->open;
+        if (isSaved && life->sessions[process] == session) {
+            life->sessions[process] = life->world.makeSession();
+            life->ended.push_back(session);
+        }
     }
 
     static QCoro::Task<void> hearSettled(Life* life, std::shared_ptr<AccountSession> session)
@@ -216,10 +275,16 @@ void anything(Life& life)
         world.now += world.turns.below(2) == 0 ? 24h : -24h;
     } else if (choice < 69) {
         life.adopt();
-    } else if (choice < 74) {
+    } else if (choice < 72) {
         life.signOut();
-    } else if (choice < 82) {
+    } else if (choice < 74) {
+        life.signOutOf(life.lastToken);
+    } else if (choice < 80) {
         life.cancelOne();
+    } else if (choice < 82) {
+        life.saveUnsaved();
+    } else if (choice < 84) {
+        world.secrets.loseAnswersToWrites = !world.secrets.loseAnswersToWrites;
     } else if (choice < 86) {
         world.secrets.failWrites = !world.secrets.failWrites;
     } else if (choice < 89) {
@@ -262,10 +327,44 @@ void anythingOfTwo(Life& life)
     }
 }
 
+/// What two processes may meet whose store does not take every token, or does not say so. They end only when
+/// nothing is unsaved.
+void anythingOfTwoThatCannotStore(Life& life)
+{
+    SessionWorld& world = life.world;
+    const std::size_t choice = world.turns.below(100);
+    if (choice < 36) {
+        life.ask();
+    } else if (choice < 48) {
+        life.ask(life.lastToken);
+    } else if (choice < 62) {
+        world.letTokensExpire();
+    } else if (choice < 68) {
+        life.cancelOne();
+    } else if (choice < 74) {
+        world.secrets.failWrites = !world.secrets.failWrites;
+    } else if (choice < 82) {
+        world.secrets.loseAnswersToWrites = !world.secrets.loseAnswersToWrites;
+    } else if (choice < 85) {
+        world.secrets.unavailable = world.secrets.unavailable
+                                        ? std::nullopt
+                                        : std::optional(SecretsUnavailable{SecretsUnavailable::Why::locked});
+    } else if (choice < 90) {
+        life.saveUnsaved();
+    } else if (choice < 93) {
+        world.server.trouble = static_cast<Trouble>(world.turns.below(4));
+    } else if (choice < 96) {
+        world.lock.isBlocked = !world.lock.isBlocked;
+    } else {
+        life.restart(world.turns.below(2));
+    }
+}
+
 /// What holds once everything has ended: whoever is signed in can go on, and the newest token is stored.
 void checkWhatIsLeft(Life& life)
 {
     SessionWorld& world = life.world;
+    life.restartWhoHasQuit();
     for (const auto& session : life.sessions) {
         const bool isGone = session->state() == State::signedOut || world.server.isRevoked(life.adopted);
         if (session->state() == State::signedOut && world.secrets.notRemoved.empty()) {
@@ -279,8 +378,10 @@ void checkWhatIsLeft(Life& life)
     }
     life.check();
     life.require(world.turns.suspended() == 0 && life.open == 0, "every coroutine has ended");
-    const std::vector<std::weak_ptr<AccountSession>> left(life.sessions.begin(), life.sessions.end());
+    std::vector<std::weak_ptr<AccountSession>> left(life.sessions.begin(), life.sessions.end());
+    left.insert(left.end(), life.ended.begin(), life.ended.end());
     life.sessions.clear();
+    life.ended.clear();
     life.require(std::ranges::all_of(left, [](const auto& session) { return session.expired(); }),
                  "nothing holds on to a session");
 }
@@ -304,5 +405,10 @@ void expectLives(std::uint64_t seeds, std::size_t processes, int operations,
 TEST(AccountSessionInterleaving, KeepsItsLawsInEveryOrder) { expectLives(10'000, 1, 60, anything); }
 
 TEST(AccountSessionInterleaving, KeepsItsLawsInTwoProcesses) { expectLives(3'000, 2, 60, anythingOfTwo); }
+
+TEST(AccountSessionInterleaving, KeepsItsLawsInTwoProcessesThatCannotStore)
+{
+    expectLives(3'000, 2, 60, anythingOfTwoThatCannotStore);
+}
 
 } // namespace roost::test

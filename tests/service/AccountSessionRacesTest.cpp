@@ -144,16 +144,35 @@ TEST(AccountSessionRaces, ALateRefusalLeavesANewSignInAlone)
     }
 }
 
-TEST(AccountSessionRaces, ALateResultIsUnreachableWhenTheNewTokenHasRunOutMeanwhile)
+TEST(AccountSessionRaces, ALateResultIsFollowedByARefreshWhenTheNewTokenHasRunOutMeanwhile)
+{
+    for (std::uint64_t order = 0; order < orders; ++order) {
+        Refresh refresh(order);
+        refresh.runUntilAsked();
+        Pending adopting(refresh.session->adopt(refresh.world.server.signIn()));
+        Pending second(refresh.session->replaceAccessToken("access-1-0", {}));
+        refresh.world.letTokensExpire();
+
+        EXPECT_EQ(refresh.result(), Token("access-1-1"));
+        EXPECT_EQ(second.get(), Token("access-1-1"));
+        EXPECT_THAT(refresh.world.server.tokenRequests(), ElementsAre("refresh-0-0", "refresh-1-0"));
+    }
+}
+
+TEST(AccountSessionRaces, ALateResultIsFollowedByOneRefreshAndNoMore)
 {
     Refresh refresh(1);
     refresh.runUntilAsked();
     Pending adopting(refresh.session->adopt(refresh.world.server.signIn()));
     refresh.world.letTokensExpire();
+    ASSERT_TRUE(
+        refresh.world.turns.runUntil([&] { return refresh.world.server.tokenRequests().size() == 2; }));
+    Pending again(refresh.session->adopt(refresh.world.server.signIn()));
+    refresh.world.letTokensExpire();
 
     EXPECT_TRUE(failedAs(refresh.result(), Kind::unreachable));
     EXPECT_EQ(refresh.session->state(), State::active);
-    EXPECT_EQ(refresh.world.ended(refresh.session->validAccessToken({})), Token("access-1-1"));
+    EXPECT_EQ(refresh.world.ended(refresh.session->validAccessToken({})), Token("access-2-1"));
 }
 
 TEST(AccountSessionRaces, ASignInWhileTheOldTokenIsBeingStoredIsWhatIsStored)

@@ -7,6 +7,7 @@ namespace roost::test {
 namespace {
 
 constexpr KeychainError refused{KeychainError::internalComponent};
+constexpr KeychainError notAnswered{KeychainError::serviceNotAvailable};
 constexpr KeychainError locked{KeychainError::interactionNotAllowed};
 
 } // namespace
@@ -45,7 +46,12 @@ QCoro::Task<std::expected<void, KeychainError>> ScriptedSecretStore::set(std::st
         if (unavailable || failWrites) {
             result = std::unexpected(unavailable ? locked : refused);
         } else {
-            items[key] = value;
+            if (!loseAnswersToWrites || turns_->below(2) == 0) {
+                items[key] = value;
+            }
+            if (loseAnswersToWrites) {
+                result = std::unexpected(notAnswered);
+            }
         }
     });
     co_await asking;

@@ -20,8 +20,10 @@ class ScriptedSecretStore final : public SecretStore {
 public:
     explicit ScriptedSecretStore(ShuffledTurns& turns) : turns_(&turns) {}
 
-    /// Both count for every call that takes effect from now on.
+    /// These count for every call that takes effect from now on.
     bool failWrites = false;
+    /// Nobody hears whether a value was stored; it is, or not.
+    bool loseAnswersToWrites = false;
     std::optional<SecretsUnavailable> unavailable;
 
     std::map<std::string, std::string> items;
