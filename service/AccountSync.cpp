@@ -78,9 +78,11 @@ QCoro::Task<SyncOutcome::Any> fetched(WidgetAPI api, std::shared_ptr<AccountSess
     }
     SyncOutcome::Any outcome = std::visit(OutcomeOfAnswer{}, answer);
     if (std::holds_alternative<SyncOutcome::SignedOut>(outcome)) {
-        auto signingOut = session->signOut();
-        // Signed out for this run even where the store cannot be told.
-        static_cast<void>(co_await signingOut);
+        auto signingOut = session->signOutOf(*token);
+        const bool isSignedOut = co_await signingOut;
+        if (!isSignedOut) {
+            outcome = failed(SyncReason::Kind::unreachable);
+        }
     }
     co_return outcome;
 }

@@ -20,7 +20,8 @@ public:
 
     /// Never fails otherwise than by its outcome. Only a definite verdict ends the sign-in: the authorization
     /// server no longer takes the refresh token or the client, the service refuses a fresh token (401 twice)
-    /// or the profile (403). A stop comes back as failed, unreachable.
+    /// or the profile (403). A stop comes back as failed, unreachable; so does the refusal of a token whose
+    /// sign-in has been replaced by a newer one meanwhile.
     QCoro::Task<SyncOutcome::Any> fetch(std::shared_ptr<AccountSession> session, std::stop_token stop) const;
 
 private:

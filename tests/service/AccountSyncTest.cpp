@@ -181,6 +181,26 @@ TEST_F(AccountSyncTest, IsUnreachableWhenItIsStopped)
     EXPECT_EQ(session->state(), State::active);
 }
 
+TEST_F(AccountSyncTest, LeavesASignInAloneThatCameAfterTheRefusedRequest)
+{
+    for (const bool inThisProcess : {true, false}) {
+        world.widgetAnswers = {answer(403)};
+        world.widgetRequests.clear();
+        const AccountSync sync(WidgetAPI(ModelOAuthServer::baseURL(), world.http));
+        Pending syncing(sync.fetch(session, {}));
+        ASSERT_TRUE(world.turns.runUntil([this] { return !world.widgetRequests.empty(); }));
+        const auto signingIn = inThisProcess ? session : world.makeSession();
+        Pending adopting(signingIn->adopt(world.server.signIn()));
+        ASSERT_TRUE(world.turns.runUntil([&adopting] { return adopting.isDone(); }));
+
+        EXPECT_EQ(world.endOf(std::move(syncing)), failed(Reason::unreachable));
+        EXPECT_EQ(session->state(), State::active);
+        EXPECT_EQ(world.stored(), world.server.liveToken(world.server.newestGrant()));
+        EXPECT_EQ(fetched({answer(snapshot("Mira"))}), Outcome(SyncOutcome::Updated{snapshot("Mira")}));
+    }
+    EXPECT_EQ(removals(), 0);
+}
+
 TEST_F(AccountSyncTest, SharesOneRefreshBetweenTwoSyncsOfOneProfile)
 {
     world.letTokensExpire();
