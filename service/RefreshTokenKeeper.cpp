@@ -164,7 +164,9 @@ QCoro::Task<bool> RefreshTokenKeeper::replaced(Self self)
     const std::uint64_t changes = self->changes_;
     auto reading = self->secrets_->get(self->key_);
     const std::expected<std::optional<std::string>, SecretsUnavailable> stored = co_await reading;
-    co_return changes == self->changes_&& stored && stored->has_value() && !self->own_.contains(**stored);
+    const bool isOthers =
+        changes == self->changes_ && stored && stored->has_value() && !self->own_.contains(**stored);
+    co_return isOthers;
 }
 
 QCoro::Task<bool> RefreshTokenKeeper::removed(Lock lock, QCoro::Task<bool> removing)

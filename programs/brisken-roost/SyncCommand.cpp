@@ -3,6 +3,7 @@
 #include "model/RoostLog.h"
 #include "programs/brisken-roost/TerminalText.h"
 #include "service/AccountSync.h"
+#include "service/SignInFlow.h"
 
 #include <algorithm>
 
@@ -38,11 +39,65 @@ ExitCode codeOf(const SyncOutcome::Any& outcome)
     return std::holds_alternative<SyncOutcome::Failed>(outcome) ? ExitCode::failure : ExitCode::nothingToShow;
 }
 
+/// Whether the session's refresh token is in the store, after some attempts: it is lost with this process.
+QCoro::Task<bool> savedAtLast(std::shared_ptr<AccountSession> session)
+{
+    using namespace std::chrono_literals;
+    for (int attempts = 3;; --attempts) {
+        auto saving = session->saveUnsaved();
+        const bool isSaved = co_await saving;
+        if (isSaved || attempts == 1) {
+            co_return bool{isSaved};
+        }
+        auto pausing = pauseOnEventLoop(1s, {});
+        co_await pausing;
+    }
+}
+
 /// The name that people know the profile by.
 std::string nameOf(const std::string& profileId, const AccountFile& file)
 {
     const auto record = file.record(profileId);
     return onOneLine(record ? record->profileName : profileId);
+}
+
+struct OneSync {
+    ExitCode code = ExitCode::fine;
+    std::string told;
+};
+
+QCoro::Task<OneSync> syncOne(std::string id, AccountServices services, std::stop_token stop)
+{
+    const auto session = services.session(id);
+    const AccountSync sync{services.api};
+    auto fetching = sync.fetch(session, stop);
+    const SyncOutcome::Any outcome = co_await fetching;
+    if (stop.stop_requested()) {
+        session->quit();
+    }
+    // After a stop a refresh may still be under way: its token must be stored before the program ends.
+    auto settling = session->settled();
+    co_await settling;
+    auto saving = savedAtLast(session);
+    const bool isSaved = co_await saving;
+
+    const std::string told = std::visit(Tell{}, outcome);
+    auto asking = services.signedInProfiles();
+    const auto signedIn = co_await asking;
+    const bool isGone = signedIn && std::ranges::find(*signedIn, id) == signedIn->end();
+    if (isGone && !std::holds_alternative<SyncOutcome::SignedOut>(outcome)) {
+        // Signed out elsewhere meanwhile: no record comes back for it.
+        co_return OneSync{ExitCode::nothingToShow, "signed out meanwhile"};
+    }
+    if (!services.file.note(id, outcome)) {
+        co_return OneSync{ExitCode::failure, told + "; the numbers could not be written"};
+    }
+    if (!isSaved) {
+        co_return OneSync{
+            ExitCode::failure,
+            told + "; the keyring did not take the renewed sign-in, so it may have to be made again"};
+    }
+    co_return OneSync{codeOf(outcome), told};
 }
 
 } // namespace
@@ -63,29 +118,17 @@ QCoro::Task<CommandResult> runSync(std::optional<std::string> profileId, Account
         co_return nobodySignedIn();
     }
     const std::vector<std::string> ids = profileId ? std::vector{*profileId} : *signedIn;
-    const AccountSync sync{services.api};
     CommandResult result;
     for (const std::string& id : ids) {
         if (stop.stop_requested()) {
+            result.error += "brisken-roost: Stopped.\n";
             result.code = ExitCode::failure;
-            result.error = "brisken-roost: Stopped.\n";
             break;
         }
-        const auto session = services.session(id);
-        auto fetching = sync.fetch(session, stop);
-        const SyncOutcome::Any outcome = co_await fetching;
-        // After a stop a refresh may still be under way: its token must be stored before the program ends.
-        auto settling = session->settled();
-        co_await settling;
-        const ExitCode code = codeOf(outcome);
-        const std::string told = std::visit(Tell{}, outcome);
-        if (!services.file.note(id, outcome)) {
-            co_return failed(ExitCode::failure, "The numbers could not be written.");
-        }
-        result.output += nameOf(id, services.file) + ": " + told + "\n";
-        if (result.code != ExitCode::failure && code != ExitCode::fine) {
-            result.code = code;
-        }
+        auto syncing = syncOne(id, services, stop);
+        const OneSync one = co_await syncing;
+        result.output += nameOf(id, services.file) + ": " + one.told + "\n";
+        result.code = result.code == ExitCode::failure || one.code == ExitCode::fine ? result.code : one.code;
     }
     co_return result;
 }

@@ -99,13 +99,46 @@ TEST_F(SyncCommandTest, HasNothingToDoWhereNobodyIsSignedIn)
     EXPECT_THAT(synced().error, HasSubstr("No profile is signed in here yet."));
 }
 
+TEST_F(SyncCommandTest, SaysWhenTheRenewedSignInIsLost)
+{
+    secrets.failWrites = true;
+    secrets.values["client-id|https://roost.example"] = "c";
+    const CommandResult result = synced();
+    EXPECT_EQ(result.code, ExitCode::failure);
+    EXPECT_THAT(result.output, HasSubstr("updated; the keyring did not take the renewed sign-in"));
+    EXPECT_EQ(store.read(), fileOf({recordOf("a", 48213, 0s)}));
+}
+
+TEST_F(SyncCommandTest, BringsNoProfileBackThatWasSignedOutMeanwhile)
+{
+    service.answerOnly(path::widget, 200, json(snapshotOf("a", 48213)));
+    lock.whenReleased = [this] {
+        secrets.values.erase("refresh-token|a");
+        static_cast<void>(file().remove("a"));
+    };
+    const CommandResult result = synced();
+    EXPECT_EQ(result.code, ExitCode::nothingToShow);
+    EXPECT_THAT(result.output, HasSubstr("signed out meanwhile"));
+    EXPECT_EQ(store.read(), fileOf({}));
+}
+
+TEST_F(SyncCommandTest, StopsBetweenProfiles)
+{
+    std::stop_source source;
+    source.request_stop();
+    const CommandResult result = await(runSync(std::nullopt, services(), source.get_token()));
+    EXPECT_EQ(result.code, ExitCode::failure);
+    EXPECT_EQ(result.error, "brisken-roost: Stopped.\n");
+    EXPECT_EQ(refreshToken("a"), "Ra");
+}
+
 TEST_F(SyncCommandTest, SaysWhenTheNumbersCannotBeWritten)
 {
     AccountServices parts = services();
     parts.file = AccountFile{{files, "/proc/nowhere"}, [] { return noon; }};
     const CommandResult result = await(runSync(std::nullopt, parts, {}));
     EXPECT_EQ(result.code, ExitCode::failure);
-    EXPECT_THAT(result.error, HasSubstr("The numbers could not be written."));
+    EXPECT_THAT(result.output, HasSubstr("updated; the numbers could not be written"));
     EXPECT_EQ(refreshToken("a"), "R2");
 }
 
