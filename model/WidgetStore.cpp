@@ -6,6 +6,12 @@
 
 namespace roost {
 
+namespace {
+
+constexpr std::size_t largest = std::size_t{512} * 1024 * 1024;
+
+} // namespace
+
 WidgetStore::WidgetStore(FileSystem& files, std::filesystem::path directory)
     : files_{&files},
       directory_{std::move(directory)}
@@ -30,13 +36,19 @@ bool WidgetStore::write(const RoostStoreFile& contents) const
 
 std::optional<RoostStoreFile> WidgetStore::read() const
 {
-    constexpr std::size_t largest = std::size_t{512} * 1024 * 1024;
     auto bytes = files_->read(file(), largest);
     if (!bytes) {
         return std::nullopt;
     }
     auto decoded = RoostJSON::decoder().decode<RoostStoreFile>(*std::move(bytes));
     return decoded ? std::optional{*std::move(decoded)} : std::nullopt;
+}
+
+bool WidgetStore::isWithheld() const
+{
+    const auto bytes = files_->read(file(), largest);
+    return !bytes && bytes.error() != std::errc::no_such_file_or_directory &&
+           bytes.error() != std::errc::file_too_large;
 }
 
 } // namespace roost

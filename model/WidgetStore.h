@@ -28,6 +28,10 @@ public:
     /// than 512 MiB.
     std::optional<RoostStoreFile> read() const;
 
+    /// Whether there is a file whose bytes cannot be had at the moment. To write then would drop records that
+    /// nobody has looked at.
+    bool isWithheld() const;
+
 private:
     FileSystem* files_;
     std::filesystem::path directory_;

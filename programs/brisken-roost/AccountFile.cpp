@@ -46,7 +46,7 @@ bool AccountFile::remove(const std::string& profileId) const
 
 bool AccountFile::write(std::vector<RoostAccountRecord> records) const
 {
-    return store_.write({.writtenAt = now_(), .accounts = std::move(records)});
+    return !store_.isWithheld() && store_.write({.writtenAt = now_(), .accounts = std::move(records)});
 }
 
 } // namespace roost

@@ -33,6 +33,21 @@ TEST_F(WidgetStoreTest, KeepsItsFileInItsDirectory)
     EXPECT_EQ(store.file(), folder / "widget-state.json");
 }
 
+TEST_F(WidgetStoreTest, TellsAFileThatCannotBeReadFromOneThatIsNotThere)
+{
+    EXPECT_FALSE(store.isWithheld());
+    ASSERT_TRUE(store.write(some(1)));
+    EXPECT_FALSE(store.isWithheld());
+    for (const std::errc error :
+         {std::errc::io_error, std::errc::too_many_files_open, std::errc::permission_denied}) {
+        files.failEvery(Operation::read, std::make_error_code(error));
+        EXPECT_TRUE(store.isWithheld());
+        EXPECT_EQ(store.read(), std::nullopt);
+    }
+    files.failEvery(Operation::read, std::make_error_code(std::errc::no_such_file_or_directory));
+    EXPECT_FALSE(store.isWithheld());
+}
+
 TEST_F(WidgetStoreTest, ReadsWhatItWroteAndLogsNothing)
 {
     for (std::uint64_t seed = 0; seed < 50; ++seed) {

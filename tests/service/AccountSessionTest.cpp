@@ -124,14 +124,14 @@ TEST_F(AccountSessionTest, ReplacesARefusedToken)
 
 TEST_F(AccountSessionTest, GivesTheTokenThatHasReplacedTheRefusedOneAlready)
 {
-    replaced(session, "access-0-0");
+    ASSERT_TRUE(replaced(session, "access-0-0").has_value());
     EXPECT_EQ(replaced(session, "access-0-0"), Token("access-0-1"));
     EXPECT_THAT(world.server.tokenRequests(), SizeIs(1));
 }
 
 TEST_F(AccountSessionTest, RefreshesWhenTheReplacementIsRunningOutItself)
 {
-    replaced(session, "access-0-0");
+    ASSERT_TRUE(replaced(session, "access-0-0").has_value());
     world.letTokensExpire();
     EXPECT_EQ(replaced(session, "access-0-0"), Token("access-0-2"));
 }

@@ -2,6 +2,7 @@
 
 #include "tests/programs/brisken-roost/AccountWorld.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/FailingFileSystem.h"
 
 #include <gmock/gmock.h>
 
@@ -74,6 +75,17 @@ TEST_F(AccountFileTest, LosesNoRecordWhenProcessesChangeItAtOnce)
     first.wait();
     second.wait();
     EXPECT_EQ(file().records().size(), 2 * rounds);
+}
+
+TEST_F(AccountFileTest, ReplacesNoFileThatItCannotRead)
+{
+    ASSERT_TRUE(store.write(fileOf({recordOf("a", 1, 1h)})));
+    FailingFileSystem failing(files);
+    failing.failEvery(FailingFileSystem::Operation::read,
+                      std::make_error_code(std::errc::too_many_files_open));
+    const AccountFile blind{{failing, folder.path().toStdString()}, [] { return noon; }};
+    EXPECT_FALSE(blind.note("b", SyncOutcome::Updated{snapshotOf("b", 2)}));
+    EXPECT_EQ(store.read(), fileOf({recordOf("a", 1, 1h)}));
 }
 
 TEST_F(AccountFileTest, SaysWhenItCannotBeWritten)
