@@ -88,6 +88,28 @@ std::string ownerOf(SecretService* service)
     return owner ? owner.get() : "";
 }
 
+/// The end of an asynchronous call, waited for on this thread's own context. libsecret's waiting calls make a
+/// context for each, which takes what GLib has put off to it along when it goes.
+class Ending {
+public:
+    static void reached(GObject* /*source*/, GAsyncResult* result, gpointer ending)
+    {
+        static_cast<Ending*>(ending)->result_.reset(static_cast<GAsyncResult*>(g_object_ref(result)));
+    }
+
+    /// Valid as long as this.
+    GAsyncResult* wait()
+    {
+        while (!result_) {
+            g_main_context_iteration(g_main_context_get_thread_default(), TRUE);
+        }
+        return result_.get();
+    }
+
+private:
+    GOwned<GAsyncResult> result_;
+};
+
 } // namespace
 
 KeyringSession::KeyringSession(GOwned<GDBusConnection> connection, GOwned<SecretService> service)
@@ -234,10 +256,11 @@ KeyringResult<void> KeyringSession::store(const std::string& collection, const A
     const GOwnedTable properties = propertiesOf(attributes);
     SecretValue* value =
         secret_value_new(secret.data(), static_cast<gssize>(secret.size()), "text/plain; charset=utf8");
+    Ending ending;
+    secret_service_create_item_dbus_path(service_.get(), collection.c_str(), properties.get(), value,
+                                         SECRET_ITEM_CREATE_REPLACE, stop, &Ending::reached, &ending);
     GErrorSlot error;
-    const GOwnedText item{secret_service_create_item_dbus_path_sync(service_.get(), collection.c_str(),
-                                                                    properties.get(), value,
-                                                                    SECRET_ITEM_CREATE_REPLACE, stop, error)};
+    const GOwnedText item{secret_service_create_item_dbus_path_finish(service_.get(), ending.wait(), error)};
     secret_value_unref(value);
     if (!item) {
         return failed(error);
@@ -247,8 +270,10 @@ KeyringResult<void> KeyringSession::store(const std::string& collection, const A
 
 KeyringResult<void> KeyringSession::erase(const std::string& item, GCancellable* stop)
 {
+    Ending ending;
+    secret_service_delete_item_dbus_path(service_.get(), item.c_str(), stop, &Ending::reached, &ending);
     GErrorSlot error;
-    if (secret_service_delete_item_dbus_path_sync(service_.get(), item.c_str(), stop, error) == FALSE) {
+    if (secret_service_delete_item_dbus_path_finish(service_.get(), ending.wait(), error) == FALSE) {
         return failed(error);
     }
     return {};

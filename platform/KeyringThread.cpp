@@ -33,6 +33,18 @@ void serve(KeyringCall& call, const QString& busAddresses, std::unique_ptr<Keyri
     }
 }
 
+/// GLib's own thread may still be putting off the end of a watch to this one.
+void drainTheLast(GMainContext* context)
+{
+    constexpr int enough = 5;
+    for (int quiet = 0; quiet < enough; ++quiet) {
+        std::this_thread::sleep_for(std::chrono::milliseconds{1});
+        while (g_main_context_iteration(context, FALSE) != FALSE) {
+            quiet = 0;
+        }
+    }
+}
+
 } // namespace
 
 KeyringThread::KeyringThread(std::chrono::milliseconds patience, Late late)
@@ -109,6 +121,8 @@ void KeyringThread::work()
         while (g_main_context_iteration(context.get(), FALSE) != FALSE) {
         }
     }
+    session.reset();
+    drainTheLast(context.get());
     g_main_context_pop_thread_default(context.get());
 }
 

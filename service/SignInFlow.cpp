@@ -1,6 +1,7 @@
 #include "service/SignInFlow.h"
 
-#include <QCoro/QCoroSignal>
+#include "model/Arrival.h"
+
 #include <QTimer>
 
 namespace roost {
@@ -17,12 +18,14 @@ constexpr std::chrono::duration<double> betweenAttempts{2.0};
 
 QCoro::Task<void> pauseOnEventLoop(std::chrono::duration<double> length, std::stop_token stop)
 {
+    const Arrival<bool> over;
     QTimer timer;
     timer.setSingleShot(true);
+    QObject::connect(&timer, &QTimer::timeout, &timer, [over] { over.set(true); });
     timer.start(std::chrono::duration_cast<std::chrono::milliseconds>(length));
-    const std::stop_callback hurry(stop, [&timer] { timer.start(0); });
-    auto elapsed = qCoro(&timer, &QTimer::timeout);
-    co_await elapsed;
+    const std::stop_callback hurry(stop, [over] { over.set(true); });
+    const auto coming = over.coming();
+    co_await coming;
 }
 
 SignInFlow::SignInFlow(OAuthClient oauth, WidgetAPI api, WebAuthenticating& web,

@@ -196,7 +196,7 @@ TEST(AccountSessionRaces, ASignInThatCouldNotBeStoredGoesBeforeTheOldTokenThatWa
         ASSERT_TRUE(refresh.world.turns.runUntil([&] { return refresh.world.stored() == "refresh-0-1"; }));
         refresh.world.secrets.failWrites = true;
         Pending adopting(refresh.session->adopt(refresh.world.server.signIn()));
-        refresh.result();
+        static_cast<void>(refresh.result());
         EXPECT_FALSE(adopting.get().has_value());
 
         refresh.world.letTokensExpire();

@@ -46,15 +46,15 @@ TEST_F(AccountSessionSignOutOf, SignsOutOnceHoweverManySayIt)
 
 TEST_F(AccountSessionSignOutOf, KnowsTheTokensThatWereReplacedMeanwhile)
 {
-    world.ended(session->replaceAccessToken("access-0-0", {}));
-    world.ended(session->replaceAccessToken("access-0-1", {}));
+    static_cast<void>(world.ended(session->replaceAccessToken("access-0-0", {})));
+    static_cast<void>(world.ended(session->replaceAccessToken("access-0-1", {})));
     EXPECT_TRUE(signedOutOf("access-0-0"));
     EXPECT_EQ(world.stored(), "");
 }
 
 TEST_F(AccountSessionSignOutOf, DoesNothingForATokenOfAnOlderSignIn)
 {
-    world.ended(session->adopt(world.server.signIn()));
+    static_cast<void>(world.ended(session->adopt(world.server.signIn())));
     const auto calls = world.secrets.calls;
     EXPECT_FALSE(signedOutOf("access-0-0"));
     EXPECT_EQ(world.secrets.calls, calls);
@@ -81,7 +81,7 @@ TEST_F(AccountSessionSignOutOf, LeavesASignInAloneThatComesMeanwhile)
 TEST_F(AccountSessionSignOutOf, LeavesTheSignInOfAnotherProcessAloneAndGoesOnWithIt)
 {
     const auto other = world.makeSession();
-    world.ended(other->adopt(world.server.signIn()));
+    static_cast<void>(world.ended(other->adopt(world.server.signIn())));
 
     EXPECT_FALSE(signedOutOf("access-0-0"));
     EXPECT_EQ(session->state(), State::active);
@@ -98,7 +98,7 @@ TEST_F(AccountSessionSignOutOf, GoesOnWithTheSignInOfAnotherProcessInsteadOfWhat
     ASSERT_EQ(world.ended(session->validAccessToken({})), Token("access-0-1"));
     world.secrets.failWrites = false;
     const auto other = world.makeSession();
-    world.ended(other->adopt(world.server.signIn()));
+    static_cast<void>(world.ended(other->adopt(world.server.signIn())));
 
     EXPECT_FALSE(signedOutOf("access-0-1"));
     EXPECT_FALSE(world.lock.isHeld("p1"));
@@ -125,7 +125,7 @@ TEST_F(AccountSessionSignOutOf, SignsOutWhenAnotherProcessHasOrTheStoreCannotSay
 {
     world.secrets.items.erase(SessionWorld::key);
     EXPECT_TRUE(signedOutOf("access-0-0"));
-    world.ended(session->adopt(world.server.signIn()));
+    static_cast<void>(world.ended(session->adopt(world.server.signIn())));
     world.secrets.unavailable = SecretsUnavailable{};
     EXPECT_TRUE(signedOutOf("access-1-0"));
     EXPECT_EQ(session->state(), State::signedOut);

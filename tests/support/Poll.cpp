@@ -9,13 +9,21 @@ namespace roost::test {
 
 void poll(const std::string& what, const std::function<bool()>& condition)
 {
-    const auto deadline = std::chrono::steady_clock::now() + guardTime;
+    if (!holdsWithin(guardTime, condition)) {
+        throw std::runtime_error("in vain: " + what);
+    }
+}
+
+bool holdsWithin(std::chrono::milliseconds patience, const std::function<bool()>& condition)
+{
+    const auto deadline = std::chrono::steady_clock::now() + patience;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline) {
-            throw std::runtime_error("in vain: " + what);
+            return false;
         }
         std::this_thread::sleep_for(std::chrono::milliseconds{2});
     }
+    return true;
 }
 
 } // namespace roost::test

@@ -76,8 +76,12 @@ PrivateBus::~PrivateBus() { QDBusConnection::disconnectFromBus(connection_.name(
 
 void PrivateBus::awaitName(const QString& name, bool isThere) const
 {
-    poll("the name on the bus",
-         [&] { return connection_.interface()->isServiceRegistered(name).value() == isThere; });
+    poll("the name on the bus", [&] { return hasName(name) == isThere; });
+}
+
+bool PrivateBus::hasName(const QString& name) const
+{
+    return connection_.interface()->isServiceRegistered(name).value();
 }
 
 void PrivateBus::stopService(const QString& name) const

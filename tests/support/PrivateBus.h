@@ -36,6 +36,8 @@ public:
     /// A connection of the test to the bus, for looking on.
     const QDBusConnection& connection() const { return connection_; }
 
+    bool hasName(const QString& name) const;
+
     /// Returns when somebody on the bus has `name`, or nobody has it any more. Throws after the guard time.
     void awaitName(const QString& name, bool isThere) const;
 

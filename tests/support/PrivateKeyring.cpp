@@ -78,20 +78,29 @@ qsizetype lengthOf(const QVariant& paths) { return qdbus_cast<QList<QDBusObjectP
 
 PrivateKeyring::PrivateKeyring(const PrivateBus& bus) : bus_(&bus) {}
 
+void PrivateKeyring::start(const std::vector<std::string>& command, const std::string& input)
+{
+    // On a busy machine the daemon now and then stands still at its start for good.
+    constexpr int attempts = 4;
+    for (int attempt = 1; attempt < attempts; ++attempt) {
+        daemon_ = std::make_unique<GuardedProcess>(command, input);
+        if (holdsWithin(std::chrono::seconds{10}, [this] { return bus_->hasName(serviceName); })) {
+            return;
+        }
+    }
+    daemon_ = std::make_unique<GuardedProcess>(command, input);
+    bus_->awaitName(serviceName, true);
+}
+
 void PrivateKeyring::startUnlocked()
 {
-    daemon_ = std::make_unique<GuardedProcess>(
-        std::vector<std::string>{"gnome-keyring-daemon", "--foreground", "--unlock", "--components=secrets"},
-        "lab");
-    bus_->awaitName(serviceName, true);
+    start({"gnome-keyring-daemon", "--foreground", "--unlock", "--components=secrets"}, "lab");
     poll("the keyring opens", [this] { return isOpen(*bus_, defaultPath()); });
 }
 
 void PrivateKeyring::startLocked()
 {
-    daemon_ = std::make_unique<GuardedProcess>(
-        std::vector<std::string>{"gnome-keyring-daemon", "--foreground", "--components=secrets"});
-    bus_->awaitName(serviceName, true);
+    start({"gnome-keyring-daemon", "--foreground", "--components=secrets"}, {});
 }
 
 void PrivateKeyring::makeWithoutPassword() const

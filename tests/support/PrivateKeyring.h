@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace roost::test {
 
@@ -56,6 +57,7 @@ public:
     static QString defaultPath() { return QStringLiteral("/org/freedesktop/secrets/collection/login"); }
 
 private:
+    void start(const std::vector<std::string>& command, const std::string& input);
     QString session();
 
     const PrivateBus* bus_;
