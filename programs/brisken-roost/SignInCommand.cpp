@@ -60,19 +60,19 @@ QCoro::Task<CommandResult> runSignIn(SignInFlow flow, AccountServices services, 
     if (held == nullptr) {
         co_return failedSignIn(stop.stop_requested() ? AuthFailure{Stopped{}} : RefreshBlocked{});
     }
+    const CommandResult refused =
+        failed(ExitCode::failure, "The keyring did not take the sign-in. Try again.");
+    // Before the token, which is worth nothing without it and would take the place of a former one.
+    auto storing = services.oauth.storeClientIDs();
+    if (!co_await storing) {
+        co_return refused;
+    }
     const auto session = services.session(profile.id);
     auto adopting = session->adopt(result->tokens);
-    const auto adopted = co_await adopting;
-    if (!adopted) {
+    if (const auto adopted = co_await adopting; !adopted) {
         qCWarning(RoostLog::console, "Brisken Roost: the keychain refused the refresh token (%d)",
                   adopted.error().status);
-    }
-    auto storing = services.oauth.storeClientIDs();
-    if (!co_await storing || !adopted) {
-        // One without the other is worth nothing, and what did not answer in time may have been stored.
-        auto forgetting = session->signOut();
-        co_await forgetting;
-        co_return failed(ExitCode::failure, "The keyring did not take the sign-in. Try again.");
+        co_return refused;
     }
     if (!services.file.note(profile.id, SyncOutcome::Updated{std::move(result->snapshot)})) {
         co_return failed(ExitCode::failure, "Signed in, but the numbers could not be written.");

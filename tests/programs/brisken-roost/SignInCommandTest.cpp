@@ -141,11 +141,29 @@ TEST_F(SignInCommandTest, AsksTheUserToOpenALockedKeyring)
 TEST_F(SignInCommandTest, SavesNothingWhenTheKeyringRefusesTheToken)
 {
     secrets.failWrites = true;
+    secrets.values["client-id|https://roost.example"] = "c";
     expectRefused("The keyring did not take the sign-in. Try again.");
     EXPECT_TRUE(log.saw(u"Brisken Roost: the keychain refused the refresh token (-25308)"));
 }
 
-TEST_F(SignInCommandTest, SavesNoSignInWithoutItsClientId)
+TEST_F(SignInCommandTest, KeepsAFormerSignInWhenTheKeyringRefusesTheNewOne)
+{
+    signIn("a");
+    secrets.values["client-id|https://roost.example"] = "c";
+    browser.whenOpened = [this] { secrets.failWrites = true; };
+    EXPECT_EQ(signedIn().error, "brisken-roost: The keyring did not take the sign-in. Try again.\n");
+    EXPECT_EQ(refreshToken("a"), "Ra");
+}
+
+TEST_F(SignInCommandTest, KeepsAFormerSignInWhenTheKeyringRefusesTheClientId)
+{
+    signIn("a");
+    secrets.failWrites = true;
+    EXPECT_EQ(signedIn().code, ExitCode::failure);
+    EXPECT_EQ(refreshToken("a"), "Ra");
+}
+
+TEST_F(SignInCommandTest, StoresTheClientIdAgainWithTheSignIn)
 {
     secrets.failWrites = true;
     browser.whenOpened = [this] { secrets.failWrites = false; };
