@@ -9,12 +9,15 @@ namespace roost {
 namespace {
 
 /// Under which name secrets for the service at `base` are kept: those of the program's own service under the
-/// program's, any other's under a name of its own, so that no trial is ever told them.
+/// program's, any other's under a name of its own, so that no trial is ever told them. The origin decides.
 std::string keychainService(const QUrl& base)
 {
     const std::string own = "world.brisken.roost.mac";
-    const bool isOwn = base == RoostEnvironment::baseURL(InfoDictionary::builtIn());
-    return isOwn ? own : own + " at " + base.toString(QUrl::FullyEncoded).toStdString();
+    if (sameOrigin(base, RoostEnvironment::baseURL(InfoDictionary::builtIn()))) {
+        return own;
+    }
+    const auto origin = QUrl::RemoveUserInfo | QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment;
+    return own + " at " + base.toString(origin).toStdString();
 }
 
 } // namespace
