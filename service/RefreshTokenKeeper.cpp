@@ -6,7 +6,7 @@ namespace roost {
 
 RefreshTokenKeeper::RefreshTokenKeeper(const std::string& profileId, SecretStore& secrets, RefreshLock& lock)
     : profileId_(profileId),
-      key_("refresh-token|" + profileId),
+      key_(std::string{refreshTokenPrefix} + profileId),
       secrets_(&secrets),
       profileLock_(&lock)
 {

@@ -13,8 +13,12 @@
 #include <set>
 #include <stop_token>
 #include <string>
+#include <string_view>
 
 namespace roost {
+
+/// Stands before the profile's id in the key of its refresh token; who has such a key is signed in.
+inline constexpr std::string_view refreshTokenPrefix = "refresh-token|";
 
 /// The newest refresh token of one profile: in the secret store, or here as long as that has not taken it.
 /// Belongs to one `AccountSession`.

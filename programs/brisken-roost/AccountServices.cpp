@@ -1,21 +1,17 @@
 #include "programs/brisken-roost/AccountServices.h"
 
+#include "service/RefreshTokenKeeper.h"
+
 namespace roost {
-
-namespace {
-
-const std::string prefix = "refresh-token|";
-
-} // namespace
 
 QCoro::Task<std::expected<std::vector<std::string>, SecretsUnavailable>>
 AccountServices::signedInProfiles() const
 {
-    auto listing = secrets.keys(prefix);
+    auto listing = secrets.keys(std::string{refreshTokenPrefix});
     auto ids = co_await listing;
     if (ids) {
         for (std::string& id : *ids) {
-            id.erase(0, prefix.size());
+            id.erase(0, refreshTokenPrefix.size());
         }
     }
     co_return ids;
