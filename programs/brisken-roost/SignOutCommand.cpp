@@ -8,7 +8,7 @@ namespace roost {
 
 namespace {
 
-/// Removes the last numbers; the record's name, or the id where there is none, goes into `told`.
+/// Removes the last numbers, and says who is signed out (by name, or by id without a record), then `told`.
 CommandResult forgotten(const std::string& profileId, const AccountFile& file, const std::string& told)
 {
     const auto record = file.record(profileId);

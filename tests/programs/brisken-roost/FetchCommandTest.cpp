@@ -81,7 +81,7 @@ TEST_F(FetchCommandTest, LeavesTheFileAloneWhenItFailsForNobodyInParticular)
     EXPECT_EQ(store_.read(), fileOf({recordOf("a", 1, 1h)}));
 }
 
-TEST_F(FetchCommandTest, SignsAProfileOutThatMayNotBeRead)
+TEST_F(FetchCommandTest, SignsNobodyOutWhoseNumbersItsTokenMayNotRead)
 {
     ASSERT_TRUE(store_.write(fileOf({recordOf("a", 1, 1h)})));
     answer(403);
