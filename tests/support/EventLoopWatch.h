@@ -50,4 +50,10 @@ private:
     std::jthread comparison_;
 };
 
+/// Plays `round`, which tells for how long it saw the loop held up, until one stays within `limit`, five
+/// times at most. Returns the shortest of these times. A machine that takes a processor away, which no
+/// account tells, spoils one round or another; a program that holds up its loop does it in every one.
+std::chrono::milliseconds waitInTheBestRound(std::chrono::milliseconds limit,
+                                             const std::function<std::chrono::milliseconds()>& round);
+
 } // namespace roost::test
