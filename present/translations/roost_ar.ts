@@ -1,0 +1,346 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ar">
+<context>
+    <name>Roost</name>
+    <message>
+        <source>Brisken Roost</source>
+        <extracomment>The name of the program: a window title and a heading. Stays as it is.</extracomment>
+        <translation>Brisken Roost</translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <extracomment>Button: fetch the numbers now. Not to be mistaken for the updates of the program.</extracomment>
+        <translation>تحديث</translation>
+    </message>
+    <message>
+        <source>Profile</source>
+        <extracomment>Stands for the name of a profile until the name is known.</extracomment>
+        <translation>ملف شخصي</translation>
+    </message>
+    <message>
+        <source>Untitled post</source>
+        <extracomment>Stands for the words of a post that has none.</extracomment>
+        <translation>منشور بلا عنوان</translation>
+    </message>
+    <message>
+        <source>Today</source>
+        <extracomment>The day of a scheduled post. Stands alone, before a clock time.</extracomment>
+        <translation>اليوم</translation>
+    </message>
+    <message>
+        <source>Tomorrow</source>
+        <extracomment>The day of a scheduled post. Stands alone, before a clock time.</extracomment>
+        <translation>غدًا</translation>
+    </message>
+    <message numerus="yes">
+        <source>%lld scheduled</source>
+        <extracomment>How many posts wait to be published.</extracomment>
+        <translation>
+            <numerusform>لا منشورات مجدولة</numerusform>
+            <numerusform>منشور واحد مجدول</numerusform>
+            <numerusform>منشوران مجدولان</numerusform>
+            <numerusform>%lld منشورات مجدولة</numerusform>
+            <numerusform>%lld منشورًا مجدولًا</numerusform>
+            <numerusform>%lld منشور مجدول</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Brisken Roost could not be reached. Check your connection and try again.</source>
+        <extracomment>Error message.</extracomment>
+        <translation>تعذّر الوصول إلى Brisken Roost. تحقّق من الاتصال وحاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>Roost did not allow this connection. Try signing in again.</source>
+        <extracomment>Error message: the service refused.</extracomment>
+        <translation>لم يسمح Roost بهذا الاتصال. حاول تسجيل الدخول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>The sign-in did not complete safely, so nothing was saved. Try again.</source>
+        <extracomment>Error message: the answer could not be trusted, so it was dropped.</extracomment>
+        <translation>لم يكتمل تسجيل الدخول بأمان، لذلك لم يُحفظ أي شيء. حاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>Something went wrong. Try again.</source>
+        <extracomment>Error message.</extracomment>
+        <translation>حدث خطأ ما. حاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>Move Brisken Roost to Applications first</source>
+        <extracomment>Title of an alert. &quot;Applications&quot; is the folder, as the system names it.</extracomment>
+        <translation>انقل Brisken Roost إلى مجلد التطبيقات أولًا</translation>
+    </message>
+    <message>
+        <source>Brisken Roost is not in the Applications folder yet, so it cannot update itself or open at login. Drag it there, eject the disk image if there is one, and open it from there.</source>
+        <extracomment>Body of that alert.</extracomment>
+        <translation>لا يوجد Brisken Roost في مجلد التطبيقات بعد، لذلك لا يمكنه تحديث نفسه أو الفتح عند تسجيل الدخول. اسحبه إلى هناك، وأخرج صورة القرص إن وُجدت، ثم افتحه من هناك.</translation>
+    </message>
+    <message>
+        <source>Show Applications</source>
+        <extracomment>Button of that alert: opens the folder.</extracomment>
+        <translation>إظهار التطبيقات</translation>
+    </message>
+    <message>
+        <source>Not now</source>
+        <extracomment>Button of that alert: closes it.</extracomment>
+        <translation>ليس الآن</translation>
+    </message>
+    <message>
+        <source>macOS wants your approval in System Settings, Login Items.</source>
+        <extracomment>Beside the switch &quot;Open Brisken Roost at login&quot;. The places are named as macOS names them.</extracomment>
+        <translation>يتطلب macOS موافقتك في إعدادات النظام، ضمن عناصر تسجيل الدخول.</translation>
+    </message>
+    <message>
+        <source>Open System Settings</source>
+        <extracomment>Button beside that text.</extracomment>
+        <translation>فتح إعدادات النظام</translation>
+    </message>
+    <message>
+        <source>A post passed %@ views</source>
+        <extracomment>Title. %@ is a short number: 1K, 10K or 100K as the language writes it.</extracomment>
+        <translation>تجاوز منشور %@ مشاهدة</translation>
+    </message>
+    <message>
+        <source>New best post of the week</source>
+        <extracomment>Title.</extracomment>
+        <translation>أفضل منشور جديد لهذا الأسبوع</translation>
+    </message>
+    <message>
+        <source>Views: %@</source>
+        <extracomment>Part of a line, after the text of a post. %@ is a short number.</extracomment>
+        <translation>المشاهدات: %@</translation>
+    </message>
+    <message>
+        <source>Post went out</source>
+        <extracomment>Title: a scheduled post was published.</extracomment>
+        <translation>نُشر المنشور</translation>
+    </message>
+    <message>
+        <source>A post did not go out</source>
+        <extracomment>Title, and the switch for it: a scheduled post could not be published.</extracomment>
+        <translation>تعذّر نشر أحد المنشورات</translation>
+    </message>
+    <message>
+        <source>Open Brisken Roost to see why.</source>
+        <extracomment>Body, under &quot;A post did not go out&quot;.</extracomment>
+        <translation>افتح Brisken Roost لمعرفة السبب.</translation>
+    </message>
+    <message>
+        <source>New followers: %@</source>
+        <extracomment>Title. %@ is a number with its sign, such as +12.</extracomment>
+        <translation>متابعون جدد: %@</translation>
+    </message>
+    <message>
+        <source>Total: %@</source>
+        <extracomment>Body, under &quot;New followers&quot;: how many there are now. %@ is a short number.</extracomment>
+        <translation>الإجمالي: %@</translation>
+    </message>
+    <message>
+        <source>Version %@ is available.</source>
+        <extracomment>%@ is a version, such as 1.4.2.</extracomment>
+        <translation>الإصدار %@ متاح.</translation>
+    </message>
+    <message>
+        <source>Version %@ is ready to install.</source>
+        <extracomment>%@ is a version, such as 1.4.2.</extracomment>
+        <translation>الإصدار %@ جاهز للتثبيت.</translation>
+    </message>
+    <message>
+        <source>Restart to update</source>
+        <extracomment>Button: the program, not the computer, starts again.</extracomment>
+        <translation>إعادة التشغيل للتحديث</translation>
+    </message>
+    <message>
+        <source>Check for updates</source>
+        <extracomment>Button.</extracomment>
+        <translation>البحث عن تحديثات</translation>
+    </message>
+    <message>
+        <source>Brisken Roost looks for updates by itself, twice a day.</source>
+        <extracomment>Explanation beside &quot;Check for updates&quot;.</extracomment>
+        <translation>يبحث Brisken Roost عن التحديثات تلقائيًا مرتين في اليوم.</translation>
+    </message>
+    <message>
+        <source>Connect Brisken Roost</source>
+        <extracomment>Heading of the card that nobody has signed in on.</extracomment>
+        <translation>ربط Brisken Roost</translation>
+    </message>
+    <message>
+        <source>Sign in once. Brisken Roost only reads your numbers and never publishes from this app.</source>
+        <extracomment>Text of that card.</extracomment>
+        <translation>سجّل الدخول مرة واحدة. يكتفي Brisken Roost بقراءة أرقامك ولا ينشر أي شيء من هذا التطبيق.</translation>
+    </message>
+    <message>
+        <source>Signed out</source>
+        <extracomment>State of a profile.</extracomment>
+        <translation>تم تسجيل الخروج</translation>
+    </message>
+    <message>
+        <source>Updated %@</source>
+        <extracomment>State of a profile. %@ is an age: &quot;now&quot; or &quot;5 min. ago&quot; as the language says it.</extracomment>
+        <translation>تم التحديث %@</translation>
+    </message>
+    <message>
+        <source>Getting your numbers…</source>
+        <extracomment>State of a profile, and heading of a widget, before the first numbers.</extracomment>
+        <translation>جارٍ جلب أرقامك…</translation>
+    </message>
+    <message>
+        <source>Agents &amp; access</source>
+        <extracomment>Menu entry: a page of the web app, about who may use the profile.</extracomment>
+        <translation>الوكلاء والوصول</translation>
+    </message>
+    <message>
+        <source>Your numbers, on the desktop.</source>
+        <extracomment>Under the heading &quot;Brisken Roost&quot;.</extracomment>
+        <translation>أرقامك، على سطح المكتب.</translation>
+    </message>
+    <message>
+        <source>Sign in with your Brisken Roost account. A browser window opens: choose the profile and allow read-only access. Nothing is ever published from this app.</source>
+        <extracomment>Above the button &quot;Sign in with Brisken Roost&quot;.</extracomment>
+        <translation>سجّل الدخول بحسابك على Brisken Roost. ستُفتح نافذة متصفح: اختر الملف الشخصي واسمح بالوصول للقراءة فقط. لا يُنشر أي شيء من هذا التطبيق أبدًا.</translation>
+    </message>
+    <message>
+        <source>Sign in with Brisken Roost</source>
+        <extracomment>Button.</extracomment>
+        <translation>تسجيل الدخول عبر Brisken Roost</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <extracomment>Button beside a profile: forget it here.</extracomment>
+        <translation>إزالة</translation>
+    </message>
+    <message>
+        <source>Remove only stops this app. To end the connection for good, use Agents &amp; access in Roost.</source>
+        <extracomment>Note about the button &quot;Remove&quot;. Holds the exact words of &quot;Agents &amp; access&quot;, which become a link.</extracomment>
+        <translation>لا تؤثر «إزالة» إلا في هذا التطبيق. لإنهاء الاتصال نهائيًا، استخدم «الوكلاء والوصول» في Roost.</translation>
+    </message>
+    <message>
+        <source>Add another profile</source>
+        <extracomment>Button.</extracomment>
+        <translation>إضافة ملف شخصي آخر</translation>
+    </message>
+    <message>
+        <source>Open Brisken Roost at login</source>
+        <extracomment>Switch.</extracomment>
+        <translation>فتح Brisken Roost عند تسجيل الدخول</translation>
+    </message>
+    <message>
+        <source>Numbers refresh every 5 minutes while the app is open.</source>
+        <extracomment>Note.</extracomment>
+        <translation>تُحدَّث الأرقام كل خمس دقائق ما دام التطبيق مفتوحًا.</translation>
+    </message>
+    <message>
+        <source>A post passes 1K, 10K or 100K views</source>
+        <extracomment>Switch of a notification. 1K is a thousand.</extracomment>
+        <translation>تجاوز منشور ألف أو عشرة آلاف أو مئة ألف مشاهدة</translation>
+    </message>
+    <message>
+        <source>A new best post of the week</source>
+        <extracomment>Switch of a notification.</extracomment>
+        <translation>منشور جديد يصبح الأفضل هذا الأسبوع</translation>
+    </message>
+    <message>
+        <source>A scheduled post went out</source>
+        <extracomment>Switch of a notification.</extracomment>
+        <translation>نُشر منشور مجدول</translation>
+    </message>
+    <message>
+        <source>New followers</source>
+        <extracomment>Switch of a notification.</extracomment>
+        <translation>متابعون جدد</translation>
+    </message>
+    <message>
+        <source>Right-click an empty spot on the desktop.</source>
+        <extracomment>How to add a widget, first step.</extracomment>
+        <translation>انقر بزر الفأرة الأيمن على مكان فارغ في سطح المكتب.</translation>
+    </message>
+    <message>
+        <source>Choose Edit Widgets.</source>
+        <extracomment>How to add a widget, second step. &quot;Edit Widgets&quot; as macOS names it.</extracomment>
+        <translation>اختر «تعديل الأدوات».</translation>
+    </message>
+    <message>
+        <source>Search for “Brisken Roost” and drag a widget out.</source>
+        <extracomment>How to add a widget, third step.</extracomment>
+        <translation>ابحث عن «Brisken Roost» واسحب أداة إلى الخارج.</translation>
+    </message>
+    <message>
+        <source>Preview with sample numbers.</source>
+        <extracomment>Caption over pictures of widgets.</extracomment>
+        <translation>معاينة بأرقام تجريبية.</translation>
+    </message>
+    <message>
+        <source>Widgets need macOS 14 Sonoma or later.</source>
+        <extracomment>Note.</extracomment>
+        <translation>تتطلب الأدوات macOS 14 Sonoma أو أحدث.</translation>
+    </message>
+    <message>
+        <source>This build is not signed with the shared folder, so widgets cannot read its numbers. Install a signed build.</source>
+        <extracomment>Warning, for people who built the program themselves. &quot;Signed&quot; as with a certificate.</extracomment>
+        <translation>هذه النسخة غير موقّعة للمجلد المشترك، لذلك لا يمكن للأدوات قراءة أرقامها. ثبّت نسخة موقّعة.</translation>
+    </message>
+    <message>
+        <source>Brisken Roost for Mac only reads your numbers. It publishes nothing, has no analytics, and contacts nothing but Roost.</source>
+        <extracomment>At the bottom of the settings, above the version.</extracomment>
+        <translation>يكتفي Brisken Roost لأجهزة Mac بقراءة أرقامك. لا ينشر أي شيء، ولا يتضمن أدوات تحليل، ولا يتصل إلا بـ Roost.</translation>
+    </message>
+    <message>
+        <source>This takes a few seconds the first time.</source>
+        <extracomment>Under &quot;Getting your numbers…&quot;.</extracomment>
+        <translation>يستغرق هذا بضع ثوانٍ في المرة الأولى.</translation>
+    </message>
+    <message>
+        <source>Open Brisken Roost to connect</source>
+        <extracomment>Heading of a widget that nobody has signed in for.</extracomment>
+        <translation>افتح Brisken Roost للاتصال</translation>
+    </message>
+    <message>
+        <source>Sign in once and your numbers will appear here.</source>
+        <extracomment>Text under that heading.</extracomment>
+        <translation>سجّل الدخول مرة واحدة وستظهر أرقامك هنا.</translation>
+    </message>
+    <message>
+        <source>No numbers yet</source>
+        <extracomment>Heading.</extracomment>
+        <translation>لا أرقام بعد</translation>
+    </message>
+    <message>
+        <source>Numbers show up here once your posts start reporting.</source>
+        <extracomment>Text under that heading. A post reports when its network tells numbers.</extracomment>
+        <translation>ستظهر الأرقام هنا عندما تبدأ منشوراتك في تسجيلها.</translation>
+    </message>
+    <message>
+        <source>Nothing scheduled</source>
+        <extracomment>Heading: no post waits to be published.</extracomment>
+        <translation>لا شيء مجدول</translation>
+    </message>
+    <message>
+        <source>Schedule a post in Brisken Roost and it shows up here.</source>
+        <extracomment>Text under that heading.</extracomment>
+        <translation>جدوِل منشورًا في Brisken Roost ليظهر هنا.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Failed: %lld</source>
+        <extracomment>How many posts could not be published.</extracomment>
+        <translation>
+            <numerusform>فشل: %lld</numerusform>
+            <numerusform>فشل: %lld</numerusform>
+            <numerusform>فشل: %lld</numerusform>
+            <numerusform>فشل: %lld</numerusform>
+            <numerusform>فشل: %lld</numerusform>
+            <numerusform>فشل: %lld</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Best post</source>
+        <extracomment>Heading over one post.</extracomment>
+        <translation>أفضل منشور</translation>
+    </message>
+    <message>
+        <source>Followers</source>
+        <extracomment>Heading over a number.</extracomment>
+        <translation>المتابعون</translation>
+    </message>
+</context>
+</TS>
