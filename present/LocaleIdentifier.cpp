@@ -7,6 +7,9 @@ namespace roost {
 
 icu::Locale localeNamed(std::string_view identifier)
 {
+    if (!std::ranges::all_of(identifier, [](char c) { return c > ' ' && c <= '~'; })) {
+        return icu::Locale::getRoot();
+    }
     std::string tag{identifier};
     std::ranges::replace(tag, '_', '-');
     UErrorCode status = U_ZERO_ERROR;

@@ -68,7 +68,7 @@
     <message>
         <source>Brisken Roost is not in the Applications folder yet, so it cannot update itself or open at login. Drag it there, eject the disk image if there is one, and open it from there.</source>
         <extracomment>Body of that alert.</extracomment>
-        <translation>Brisken Roostはまだ「アプリケーション」フォルダにないため、自動でアップデートしたり、ログイン時に開いたりできません。フォルダにドラッグし、ディスクイメージがある場合は取り出してから、フォルダ内のBrisken Roostを開いてください。</translation>
+        <translation>Brisken Roostはまだ「アプリケーション」フォルダにないため、自動でアップデートしたり、ログイン時に開いたりできません。フォルダにドラッグし、ディスクイメージがある場合は取り出してから、そのフォルダから開いてください。</translation>
     </message>
     <message>
         <source>Show Applications</source>

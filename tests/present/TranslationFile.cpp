@@ -13,7 +13,7 @@ constexpr std::string_view prefix = "roost_";
 
 void readTranslation(QXmlStreamReader& xml, TranslationEntry& entry)
 {
-    entry.state = xml.attributes().value(u"type").toString().toStdString();
+    entry.state = xml.attributes().value(QLatin1StringView{"type"}).toString().toStdString();
     std::string text;
     while (!xml.atEnd()) {
         xml.readNext();
@@ -34,7 +34,7 @@ void readTranslation(QXmlStreamReader& xml, TranslationEntry& entry)
 TranslationEntry readMessage(QXmlStreamReader& xml, const std::string& context)
 {
     TranslationEntry entry{.context = context};
-    entry.isPlural = xml.attributes().value(u"numerus") == u"yes";
+    entry.isPlural = xml.attributes().value(QLatin1StringView{"numerus"}) == u"yes";
     while (xml.readNextStartElement()) {
         if (xml.name() == u"source") {
             entry.key = xml.readElementText().toStdString();
@@ -55,11 +55,12 @@ TranslationFile parsedTranslations(const QByteArray& bytes)
     QXmlStreamReader xml{bytes};
     std::string context;
     while (!xml.atEnd()) {
-        if (!xml.readNextStartElement()) {
+        xml.readNext();
+        if (!xml.isStartElement()) {
             continue;
         }
         if (xml.name() == u"TS") {
-            file.language = xml.attributes().value(u"language").toString().toStdString();
+            file.language = xml.attributes().value(QLatin1StringView{"language"}).toString().toStdString();
         } else if (xml.name() == u"name") {
             context = xml.readElementText().toStdString();
         } else if (xml.name() == u"message") {
