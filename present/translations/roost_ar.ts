@@ -37,7 +37,7 @@
         <source>%lld scheduled</source>
         <extracomment>How many posts wait to be published.</extracomment>
         <translation>
-            <numerusform>لا منشورات مجدولة</numerusform>
+            <numerusform>لا توجد منشورات مجدولة</numerusform>
             <numerusform>منشور واحد مجدول</numerusform>
             <numerusform>منشوران مجدولان</numerusform>
             <numerusform>%lld منشورات مجدولة</numerusform>
@@ -113,7 +113,7 @@
     <message>
         <source>Post went out</source>
         <extracomment>Title: a scheduled post was published.</extracomment>
-        <translation>نُشر المنشور</translation>
+        <translation>تم نشر المنشور</translation>
     </message>
     <message>
         <source>A post did not go out</source>
@@ -188,7 +188,7 @@
     <message>
         <source>Agents &amp; access</source>
         <extracomment>Menu entry: a page of the web app, about who may use the profile.</extracomment>
-        <translation>الوكلاء والوصول</translation>
+        <translation>الوكلاء وصلاحيات الوصول</translation>
     </message>
     <message>
         <source>Your numbers, on the desktop.</source>
@@ -213,7 +213,7 @@
     <message>
         <source>Remove only stops this app. To end the connection for good, use Agents &amp; access in Roost.</source>
         <extracomment>Note about the button &quot;Remove&quot;. Holds the exact words of &quot;Agents &amp; access&quot;, which become a link.</extracomment>
-        <translation>لا تؤثر «إزالة» إلا في هذا التطبيق. لإنهاء الاتصال نهائيًا، استخدم «الوكلاء والوصول» في Roost.</translation>
+        <translation>لا تؤثر «إزالة» إلا في هذا التطبيق. لإنهاء الاتصال نهائيًا، استخدم «الوكلاء وصلاحيات الوصول» في Roost.</translation>
     </message>
     <message>
         <source>Add another profile</source>
@@ -238,12 +238,12 @@
     <message>
         <source>A new best post of the week</source>
         <extracomment>Switch of a notification.</extracomment>
-        <translation>منشور جديد يصبح الأفضل هذا الأسبوع</translation>
+        <translation>أفضل منشور جديد لهذا الأسبوع</translation>
     </message>
     <message>
         <source>A scheduled post went out</source>
         <extracomment>Switch of a notification.</extracomment>
-        <translation>نُشر منشور مجدول</translation>
+        <translation>تم نشر منشور مجدول</translation>
     </message>
     <message>
         <source>New followers</source>
@@ -263,7 +263,7 @@
     <message>
         <source>Search for “Brisken Roost” and drag a widget out.</source>
         <extracomment>How to add a widget, third step.</extracomment>
-        <translation>ابحث عن «Brisken Roost» واسحب أداة إلى الخارج.</translation>
+        <translation>ابحث عن «Brisken Roost» واسحب أداة إلى سطح المكتب.</translation>
     </message>
     <message>
         <source>Preview with sample numbers.</source>
@@ -303,7 +303,7 @@
     <message>
         <source>No numbers yet</source>
         <extracomment>Heading.</extracomment>
-        <translation>لا أرقام بعد</translation>
+        <translation>لا توجد أرقام بعد</translation>
     </message>
     <message>
         <source>Numbers show up here once your posts start reporting.</source>
@@ -313,7 +313,7 @@
     <message>
         <source>Nothing scheduled</source>
         <extracomment>Heading: no post waits to be published.</extracomment>
-        <translation>لا شيء مجدول</translation>
+        <translation>لا توجد منشورات مجدولة</translation>
     </message>
     <message>
         <source>Schedule a post in Brisken Roost and it shows up here.</source>
@@ -324,12 +324,12 @@
         <source>Failed: %lld</source>
         <extracomment>How many posts could not be published.</extracomment>
         <translation>
-            <numerusform>فشل: %lld</numerusform>
-            <numerusform>فشل: %lld</numerusform>
-            <numerusform>فشل: %lld</numerusform>
-            <numerusform>فشل: %lld</numerusform>
-            <numerusform>فشل: %lld</numerusform>
-            <numerusform>فشل: %lld</numerusform>
+            <numerusform>فشل النشر: %lld</numerusform>
+            <numerusform>فشل النشر: %lld</numerusform>
+            <numerusform>فشل النشر: %lld</numerusform>
+            <numerusform>فشل النشر: %lld</numerusform>
+            <numerusform>فشل النشر: %lld</numerusform>
+            <numerusform>فشل النشر: %lld</numerusform>
         </translation>
     </message>
     <message>

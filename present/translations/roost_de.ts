@@ -54,7 +54,7 @@
     <message>
         <source>The sign-in did not complete safely, so nothing was saved. Try again.</source>
         <extracomment>Error message: the answer could not be trusted, so it was dropped.</extracomment>
-        <translation>Die Anmeldung wurde nicht sicher abgeschlossen, daher wurde nichts gesichert. Versuche es noch einmal.</translation>
+        <translation>Die Anmeldung wurde nicht sicher abgeschlossen, daher wurde nichts gespeichert. Versuche es noch einmal.</translation>
     </message>
     <message>
         <source>Something went wrong. Try again.</source>
@@ -69,7 +69,7 @@
     <message>
         <source>Brisken Roost is not in the Applications folder yet, so it cannot update itself or open at login. Drag it there, eject the disk image if there is one, and open it from there.</source>
         <extracomment>Body of that alert.</extracomment>
-        <translation>Brisken Roost befindet sich noch nicht im Ordner „Programme“ und kann sich deshalb nicht selbst aktualisieren und nicht bei der Anmeldung öffnen. Ziehe es dorthin, wirf gegebenenfalls das Image aus und öffne es dann dort.</translation>
+        <translation>Brisken Roost befindet sich noch nicht im Ordner „Programme“ und kann sich deshalb weder selbst aktualisieren noch bei der Anmeldung öffnen. Ziehe die App dorthin, wirf gegebenenfalls das Image aus und öffne die App dann von dort.</translation>
     </message>
     <message>
         <source>Show Applications</source>
@@ -144,7 +144,7 @@
     <message>
         <source>Restart to update</source>
         <extracomment>Button: the program, not the computer, starts again.</extracomment>
-        <translation>Zum Aktualisieren neu starten</translation>
+        <translation>Für Update neu starten</translation>
     </message>
     <message>
         <source>Check for updates</source>
@@ -179,7 +179,7 @@
     <message>
         <source>Getting your numbers…</source>
         <extracomment>State of a profile, and heading of a widget, before the first numbers.</extracomment>
-        <translation>Deine Zahlen werden geladen …</translation>
+        <translation>Zahlen werden geladen …</translation>
     </message>
     <message>
         <source>Agents &amp; access</source>
@@ -194,7 +194,7 @@
     <message>
         <source>Sign in with your Brisken Roost account. A browser window opens: choose the profile and allow read-only access. Nothing is ever published from this app.</source>
         <extracomment>Above the button &quot;Sign in with Brisken Roost&quot;.</extracomment>
-        <translation>Melde dich mit deinem Brisken Roost-Account an. Ein Browserfenster wird geöffnet: Wähle das Profil und erlaube den Lesezugriff. Aus dieser App wird nie etwas veröffentlicht.</translation>
+        <translation>Melde dich mit deinem Account bei Brisken Roost an. Ein Browserfenster wird geöffnet: Wähle das Profil und erlaube den Lesezugriff. Aus dieser App wird nie etwas veröffentlicht.</translation>
     </message>
     <message>
         <source>Sign in with Brisken Roost</source>
@@ -279,7 +279,7 @@
     <message>
         <source>Brisken Roost for Mac only reads your numbers. It publishes nothing, has no analytics, and contacts nothing but Roost.</source>
         <extracomment>At the bottom of the settings, above the version.</extracomment>
-        <translation>Brisken Roost für Mac liest nur deine Zahlen. Es veröffentlicht nichts, enthält keine Analysedienste und kontaktiert nichts außer Roost.</translation>
+        <translation>Brisken Roost für Mac liest nur deine Zahlen. Die App veröffentlicht nichts, erfasst keine Nutzungsdaten und nimmt nur mit Roost Kontakt auf.</translation>
     </message>
     <message>
         <source>This takes a few seconds the first time.</source>
@@ -304,7 +304,7 @@
     <message>
         <source>Numbers show up here once your posts start reporting.</source>
         <extracomment>Text under that heading. A post reports when its network tells numbers.</extracomment>
-        <translation>Zahlen erscheinen hier, sobald deine Beiträge welche melden.</translation>
+        <translation>Zahlen erscheinen hier, sobald zu deinen Beiträgen welche vorliegen.</translation>
     </message>
     <message>
         <source>Nothing scheduled</source>

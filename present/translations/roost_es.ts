@@ -44,22 +44,22 @@
     <message>
         <source>Brisken Roost could not be reached. Check your connection and try again.</source>
         <extracomment>Error message.</extracomment>
-        <translation>No se ha podido contactar con Brisken Roost. Comprueba tu conexión e inténtalo de nuevo.</translation>
+        <translation>No se pudo contactar con Brisken Roost. Revisa tu conexión e inténtalo de nuevo.</translation>
     </message>
     <message>
         <source>Roost did not allow this connection. Try signing in again.</source>
         <extracomment>Error message: the service refused.</extracomment>
-        <translation>Roost no ha permitido esta conexión. Intenta iniciar sesión de nuevo.</translation>
+        <translation>Roost no permitió esta conexión. Intenta iniciar sesión de nuevo.</translation>
     </message>
     <message>
         <source>The sign-in did not complete safely, so nothing was saved. Try again.</source>
         <extracomment>Error message: the answer could not be trusted, so it was dropped.</extracomment>
-        <translation>El inicio de sesión no se ha completado de forma segura, así que no se ha guardado nada. Inténtalo de nuevo.</translation>
+        <translation>El inicio de sesión no se completó de forma segura, así que no se guardó nada. Inténtalo de nuevo.</translation>
     </message>
     <message>
         <source>Something went wrong. Try again.</source>
         <extracomment>Error message.</extracomment>
-        <translation>Algo ha salido mal. Inténtalo de nuevo.</translation>
+        <translation>Algo salió mal. Inténtalo de nuevo.</translation>
     </message>
     <message>
         <source>Move Brisken Roost to Applications first</source>
@@ -94,7 +94,7 @@
     <message>
         <source>A post passed %@ views</source>
         <extracomment>Title. %@ is a short number: 1K, 10K or 100K as the language writes it.</extracomment>
-        <translation>Una publicación ha pasado de %@ visualizaciones</translation>
+        <translation>Una publicación pasó de %@ visualizaciones</translation>
     </message>
     <message>
         <source>New best post of the week</source>
@@ -109,12 +109,12 @@
     <message>
         <source>Post went out</source>
         <extracomment>Title: a scheduled post was published.</extracomment>
-        <translation>Publicación publicada</translation>
+        <translation>Publicación realizada</translation>
     </message>
     <message>
         <source>A post did not go out</source>
         <extracomment>Title, and the switch for it: a scheduled post could not be published.</extracomment>
-        <translation>Una publicación no se ha publicado</translation>
+        <translation>Una publicación no se pudo publicar</translation>
     </message>
     <message>
         <source>Open Brisken Roost to see why.</source>
@@ -204,12 +204,12 @@
     <message>
         <source>Remove</source>
         <extracomment>Button beside a profile: forget it here.</extracomment>
-        <translation>Eliminar</translation>
+        <translation>Quitar</translation>
     </message>
     <message>
         <source>Remove only stops this app. To end the connection for good, use Agents &amp; access in Roost.</source>
         <extracomment>Note about the button &quot;Remove&quot;. Holds the exact words of &quot;Agents &amp; access&quot;, which become a link.</extracomment>
-        <translation>«Eliminar» solo afecta a esta app. Para poner fin a la conexión, usa «Agentes y acceso» en Roost.</translation>
+        <translation>«Quitar» solo afecta a esta app. Para terminar la conexión de forma definitiva, usa «Agentes y acceso» en Roost.</translation>
     </message>
     <message>
         <source>Add another profile</source>
@@ -239,7 +239,7 @@
     <message>
         <source>A scheduled post went out</source>
         <extracomment>Switch of a notification.</extracomment>
-        <translation>Se ha publicado una publicación programada</translation>
+        <translation>Se realizó una publicación programada</translation>
     </message>
     <message>
         <source>New followers</source>
@@ -279,7 +279,7 @@
     <message>
         <source>Brisken Roost for Mac only reads your numbers. It publishes nothing, has no analytics, and contacts nothing but Roost.</source>
         <extracomment>At the bottom of the settings, above the version.</extracomment>
-        <translation>Brisken Roost para Mac solo lee tus cifras. No publica nada, no incluye analíticas y no se comunica con nada más que Roost.</translation>
+        <translation>Brisken Roost para Mac solo lee tus cifras. No publica nada, no recopila datos de uso y solo se comunica con Roost.</translation>
     </message>
     <message>
         <source>This takes a few seconds the first time.</source>

@@ -54,7 +54,7 @@
     <message>
         <source>The sign-in did not complete safely, so nothing was saved. Try again.</source>
         <extracomment>Error message: the answer could not be trusted, so it was dropped.</extracomment>
-        <translation>La connexion ne s’est pas terminée de façon sûre, rien n’a donc été enregistré. Réessayez.</translation>
+        <translation>La connexion n’a pas abouti en toute sécurité&#xa0;: rien n’a été enregistré. Réessayez.</translation>
     </message>
     <message>
         <source>Something went wrong. Try again.</source>
@@ -69,7 +69,7 @@
     <message>
         <source>Brisken Roost is not in the Applications folder yet, so it cannot update itself or open at login. Drag it there, eject the disk image if there is one, and open it from there.</source>
         <extracomment>Body of that alert.</extracomment>
-        <translation>Brisken Roost ne se trouve pas encore dans le dossier Applications et ne peut donc ni se mettre à jour ni s’ouvrir à l’ouverture de session. Faites-le glisser dans ce dossier, éjectez l’image disque s’il y en a une, puis ouvrez-le depuis cet emplacement.</translation>
+        <translation>Brisken Roost ne se trouve pas encore dans le dossier Applications et ne peut donc ni se mettre à jour, ni se lancer à l’ouverture de session. Faites glisser l’app dans ce dossier, éjectez l’image disque s’il y en a une, puis ouvrez l’app depuis ce dossier.</translation>
     </message>
     <message>
         <source>Show Applications</source>
@@ -219,7 +219,7 @@
     <message>
         <source>Open Brisken Roost at login</source>
         <extracomment>Switch.</extracomment>
-        <translation>Ouvrir Brisken Roost à l’ouverture de session</translation>
+        <translation>Lancer Brisken Roost à l’ouverture de session</translation>
     </message>
     <message>
         <source>Numbers refresh every 5 minutes while the app is open.</source>
@@ -229,7 +229,7 @@
     <message>
         <source>A post passes 1K, 10K or 100K views</source>
         <extracomment>Switch of a notification. 1K is a thousand.</extracomment>
-        <translation>Une publication dépasse 1&#xa0;k, 10&#xa0;k ou 100&#xa0;k vues</translation>
+        <translation>Une publication dépasse les 1&#xa0;k, 10&#xa0;k ou 100&#xa0;k vues</translation>
     </message>
     <message>
         <source>A new best post of the week</source>

@@ -49,7 +49,7 @@
     <message>
         <source>Roost did not allow this connection. Try signing in again.</source>
         <extracomment>Error message: the service refused.</extracomment>
-        <translation>Roost לא אישר את החיבור הזה. יש לנסות להתחבר שוב.</translation>
+        <translation>החיבור הזה לא אושר על ידי Roost. יש לנסות להתחבר שוב.</translation>
     </message>
     <message>
         <source>The sign-in did not complete safely, so nothing was saved. Try again.</source>
@@ -69,7 +69,7 @@
     <message>
         <source>Brisken Roost is not in the Applications folder yet, so it cannot update itself or open at login. Drag it there, eject the disk image if there is one, and open it from there.</source>
         <extracomment>Body of that alert.</extracomment>
-        <translation>Brisken Roost עדיין לא נמצא בתיקיית ״אפליקציות״, ולכן אינו יכול להתעדכן בעצמו או להיפתח עם ההתחברות. יש לגרור אותו לשם, להוציא את תמונת הדיסק אם יש כזו, ולפתוח אותו משם.</translation>
+        <translation>האפליקציה Brisken Roost עדיין לא נמצאת בתיקיית ״אפליקציות״, ולכן אינה יכולה להתעדכן בעצמה או להיפתח עם ההתחברות. יש לגרור אותה לשם, להוציא את תמונת הדיסק אם יש כזו, ולפתוח אותה משם.</translation>
     </message>
     <message>
         <source>Show Applications</source>
@@ -84,7 +84,7 @@
     <message>
         <source>macOS wants your approval in System Settings, Login Items.</source>
         <extracomment>Beside the switch &quot;Open Brisken Roost at login&quot;. The places are named as macOS names them.</extracomment>
-        <translation>‏macOS דורש את אישורך ב״הגדרות המערכת״, תחת ״פריטי התחברות״.</translation>
+        <translation>מערכת macOS דורשת את אישורך ב״הגדרות המערכת״, תחת ״פריטי התחברות״.</translation>
     </message>
     <message>
         <source>Open System Settings</source>
@@ -99,7 +99,7 @@
     <message>
         <source>New best post of the week</source>
         <extracomment>Title.</extracomment>
-        <translation>הפוסט הטוב של השבוע התחלף</translation>
+        <translation>הפוסט הטוב ביותר של השבוע התחלף</translation>
     </message>
     <message>
         <source>Views: %@</source>
@@ -154,7 +154,7 @@
     <message>
         <source>Brisken Roost looks for updates by itself, twice a day.</source>
         <extracomment>Explanation beside &quot;Check for updates&quot;.</extracomment>
-        <translation>‏Brisken Roost מחפש עדכונים בעצמו פעמיים ביום.</translation>
+        <translation>האפליקציה Brisken Roost מחפשת עדכונים בעצמה פעמיים ביום.</translation>
     </message>
     <message>
         <source>Connect Brisken Roost</source>
@@ -179,7 +179,7 @@
     <message>
         <source>Getting your numbers…</source>
         <extracomment>State of a profile, and heading of a widget, before the first numbers.</extracomment>
-        <translation>הנתונים שלך בדרך…</translation>
+        <translation>הנתונים שלך נטענים…</translation>
     </message>
     <message>
         <source>Agents &amp; access</source>
@@ -209,7 +209,7 @@
     <message>
         <source>Remove only stops this app. To end the connection for good, use Agents &amp; access in Roost.</source>
         <extracomment>Note about the button &quot;Remove&quot;. Holds the exact words of &quot;Agents &amp; access&quot;, which become a link.</extracomment>
-        <translation>״הסרה״ משפיעה רק על האפליקציה הזו. לסיום החיבור לתמיד יש להשתמש ב״סוכנים וגישה״ ב‑Roost.</translation>
+        <translation>״הסרה״ משפיעה רק על האפליקציה הזו. לסיום החיבור לתמיד יש להשתמש ב״סוכנים וגישה״ ב-Roost.</translation>
     </message>
     <message>
         <source>Add another profile</source>
@@ -229,12 +229,12 @@
     <message>
         <source>A post passes 1K, 10K or 100K views</source>
         <extracomment>Switch of a notification. 1K is a thousand.</extracomment>
-        <translation>פוסט עבר 1,000, 10,000 או 100,000 צפיות</translation>
+        <translation>פוסט עבר אלף, 10 אלף או 100 אלף צפיות</translation>
     </message>
     <message>
         <source>A new best post of the week</source>
         <extracomment>Switch of a notification.</extracomment>
-        <translation>הפוסט הטוב של השבוע התחלף</translation>
+        <translation>הפוסט הטוב ביותר של השבוע התחלף</translation>
     </message>
     <message>
         <source>A scheduled post went out</source>
@@ -274,12 +274,12 @@
     <message>
         <source>This build is not signed with the shared folder, so widgets cannot read its numbers. Install a signed build.</source>
         <extracomment>Warning, for people who built the program themselves. &quot;Signed&quot; as with a certificate.</extracomment>
-        <translation>גרסת הבנייה הזו אינה חתומה עבור התיקייה המשותפת, ולכן הווידג׳טים אינם יכולים לקרוא את הנתונים שלה. יש להתקין גרסה חתומה.</translation>
+        <translation>גרסה זו אינה חתומה עבור התיקייה המשותפת, ולכן הווידג׳טים אינם יכולים לקרוא את הנתונים שלה. יש להתקין גרסה חתומה.</translation>
     </message>
     <message>
         <source>Brisken Roost for Mac only reads your numbers. It publishes nothing, has no analytics, and contacts nothing but Roost.</source>
         <extracomment>At the bottom of the settings, above the version.</extracomment>
-        <translation>‏Brisken Roost ל‑Mac רק קורא את הנתונים שלך. הוא לא מפרסם דבר, אינו כולל כלי ניתוח ואינו פונה לשום מקום מלבד Roost.</translation>
+        <translation>האפליקציה Brisken Roost ל-Mac רק קוראת את הנתונים שלך. היא לא מפרסמת דבר, אינה אוספת נתוני שימוש ואינה פונה לשום מקום מלבד Roost.</translation>
     </message>
     <message>
         <source>This takes a few seconds the first time.</source>
@@ -304,7 +304,7 @@
     <message>
         <source>Numbers show up here once your posts start reporting.</source>
         <extracomment>Text under that heading. A post reports when its network tells numbers.</extracomment>
-        <translation>נתונים יופיעו כאן ברגע שהפוסטים שלך יתחילו לדווח.</translation>
+        <translation>הנתונים יופיעו כאן ברגע שיתחילו להגיע מהפוסטים שלך.</translation>
     </message>
     <message>
         <source>Nothing scheduled</source>
@@ -314,7 +314,7 @@
     <message>
         <source>Schedule a post in Brisken Roost and it shows up here.</source>
         <extracomment>Text under that heading.</extracomment>
-        <translation>תזמון פוסט ב‑Brisken Roost יציג אותו כאן.</translation>
+        <translation>פוסט שתזמנת ב-Brisken Roost יופיע כאן.</translation>
     </message>
     <message numerus="yes">
         <source>Failed: %lld</source>

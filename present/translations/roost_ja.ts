@@ -138,7 +138,7 @@
     <message>
         <source>Version %@ is ready to install.</source>
         <extracomment>%@ is a version, such as 1.4.2.</extracomment>
-        <translation>バージョン%@をインストールできます。</translation>
+        <translation>バージョン%@をインストールする準備ができました。</translation>
     </message>
     <message>
         <source>Restart to update</source>
@@ -208,7 +208,7 @@
     <message>
         <source>Remove only stops this app. To end the connection for good, use Agents &amp; access in Roost.</source>
         <extracomment>Note about the button &quot;Remove&quot;. Holds the exact words of &quot;Agents &amp; access&quot;, which become a link.</extracomment>
-        <translation>「削除」で停止するのはこのアプリだけです。接続を完全に終了するには、Roostの「エージェントとアクセス」を使用してください。</translation>
+        <translation>「削除」しても停止するのはこのアプリだけです。接続を完全に終了するには、Roostの「エージェントとアクセス」を使用してください。</translation>
     </message>
     <message>
         <source>Add another profile</source>

@@ -11,7 +11,7 @@
     <message>
         <source>Refresh</source>
         <extracomment>Button: fetch the numbers now. Not to be mistaken for the updates of the program.</extracomment>
-        <translation>Ververs</translation>
+        <translation>Vernieuw</translation>
     </message>
     <message>
         <source>Profile</source>
@@ -69,7 +69,7 @@
     <message>
         <source>Brisken Roost is not in the Applications folder yet, so it cannot update itself or open at login. Drag it there, eject the disk image if there is one, and open it from there.</source>
         <extracomment>Body of that alert.</extracomment>
-        <translation>Brisken Roost staat nog niet in de map Apps en kan zichzelf daarom niet bijwerken en niet bij het inloggen worden geopend. Sleep de app daarheen, verwijder de schijfkopie als die er is en open de app daarvandaan.</translation>
+        <translation>Brisken Roost staat nog niet in de map Apps en kan zichzelf daarom niet bijwerken en ook niet bij het inloggen worden geopend. Sleep de app daarheen, werp een eventuele schijfkopie uit en open de app vanuit die map.</translation>
     </message>
     <message>
         <source>Show Applications</source>
@@ -174,7 +174,7 @@
     <message>
         <source>Updated %@</source>
         <extracomment>State of a profile. %@ is an age: &quot;now&quot; or &quot;5 min. ago&quot; as the language says it.</extracomment>
-        <translation>Ververst: %@</translation>
+        <translation>Bijgewerkt: %@</translation>
     </message>
     <message>
         <source>Getting your numbers…</source>
@@ -194,7 +194,7 @@
     <message>
         <source>Sign in with your Brisken Roost account. A browser window opens: choose the profile and allow read-only access. Nothing is ever published from this app.</source>
         <extracomment>Above the button &quot;Sign in with Brisken Roost&quot;.</extracomment>
-        <translation>Log in met je Brisken Roost-account. Er wordt een browservenster geopend: kies het profiel en sta alleen-lezentoegang toe. Vanuit deze app wordt nooit iets geplaatst.</translation>
+        <translation>Log in met je Brisken Roost-account. Er wordt een browservenster geopend: kies het profiel en sta alleen lezen toe. Vanuit deze app wordt nooit iets geplaatst.</translation>
     </message>
     <message>
         <source>Sign in with Brisken Roost</source>
@@ -224,7 +224,7 @@
     <message>
         <source>Numbers refresh every 5 minutes while the app is open.</source>
         <extracomment>Note.</extracomment>
-        <translation>De cijfers worden elke 5 minuten ververst zolang de app open is.</translation>
+        <translation>De cijfers worden elke 5 minuten vernieuwd zolang de app open is.</translation>
     </message>
     <message>
         <source>A post passes 1K, 10K or 100K views</source>
@@ -279,7 +279,7 @@
     <message>
         <source>Brisken Roost for Mac only reads your numbers. It publishes nothing, has no analytics, and contacts nothing but Roost.</source>
         <extracomment>At the bottom of the settings, above the version.</extracomment>
-        <translation>Brisken Roost voor Mac leest alleen je cijfers. De app plaatst niets, bevat geen analytics en maakt met niets anders verbinding dan Roost.</translation>
+        <translation>Brisken Roost voor Mac leest alleen je cijfers. De app plaatst niets, verzamelt geen gebruiksgegevens en maakt alleen verbinding met Roost.</translation>
     </message>
     <message>
         <source>This takes a few seconds the first time.</source>
@@ -304,7 +304,7 @@
     <message>
         <source>Numbers show up here once your posts start reporting.</source>
         <extracomment>Text under that heading. A post reports when its network tells numbers.</extracomment>
-        <translation>Hier verschijnen cijfers zodra je berichten die doorgeven.</translation>
+        <translation>Zodra er cijfers over je berichten zijn, verschijnen ze hier.</translation>
     </message>
     <message>
         <source>Nothing scheduled</source>

@@ -85,7 +85,7 @@
     <message>
         <source>macOS wants your approval in System Settings, Login Items.</source>
         <extracomment>Beside the switch &quot;Open Brisken Roost at login&quot;. The places are named as macOS names them.</extracomment>
-        <translation>macOS wymaga Twojej zgody w Ustawieniach systemowych, w części Rzeczy otwierane podczas logowania.</translation>
+        <translation>macOS wymaga Twojej zgody w Ustawieniach systemowych, w części „Rzeczy otwierane podczas logowania”.</translation>
     </message>
     <message>
         <source>Open System Settings</source>
@@ -165,7 +165,7 @@
     <message>
         <source>Sign in once. Brisken Roost only reads your numbers and never publishes from this app.</source>
         <extracomment>Text of that card.</extracomment>
-        <translation>Zaloguj się raz. Brisken Roost tylko odczytuje Twoje liczby i nigdy niczego nie publikuje z tej aplikacji.</translation>
+        <translation>Zaloguj się raz. Brisken Roost tylko odczytuje Twoje statystyki i nigdy niczego nie publikuje z tej aplikacji.</translation>
     </message>
     <message>
         <source>Signed out</source>
@@ -180,7 +180,7 @@
     <message>
         <source>Getting your numbers…</source>
         <extracomment>State of a profile, and heading of a widget, before the first numbers.</extracomment>
-        <translation>Pobieranie Twoich liczb…</translation>
+        <translation>Pobieranie statystyk…</translation>
     </message>
     <message>
         <source>Agents &amp; access</source>
@@ -190,7 +190,7 @@
     <message>
         <source>Your numbers, on the desktop.</source>
         <extracomment>Under the heading &quot;Brisken Roost&quot;.</extracomment>
-        <translation>Twoje liczby na biurku.</translation>
+        <translation>Twoje statystyki na biurku.</translation>
     </message>
     <message>
         <source>Sign in with your Brisken Roost account. A browser window opens: choose the profile and allow read-only access. Nothing is ever published from this app.</source>
@@ -225,7 +225,7 @@
     <message>
         <source>Numbers refresh every 5 minutes while the app is open.</source>
         <extracomment>Note.</extracomment>
-        <translation>Liczby odświeżają się co 5 minut, gdy aplikacja jest otwarta.</translation>
+        <translation>Statystyki odświeżają się co 5 minut, gdy aplikacja jest otwarta.</translation>
     </message>
     <message>
         <source>A post passes 1K, 10K or 100K views</source>
@@ -265,7 +265,7 @@
     <message>
         <source>Preview with sample numbers.</source>
         <extracomment>Caption over pictures of widgets.</extracomment>
-        <translation>Podgląd z przykładowymi liczbami.</translation>
+        <translation>Podgląd z przykładowymi danymi.</translation>
     </message>
     <message>
         <source>Widgets need macOS 14 Sonoma or later.</source>
@@ -275,12 +275,12 @@
     <message>
         <source>This build is not signed with the shared folder, so widgets cannot read its numbers. Install a signed build.</source>
         <extracomment>Warning, for people who built the program themselves. &quot;Signed&quot; as with a certificate.</extracomment>
-        <translation>Ta kompilacja nie jest podpisana dla folderu współdzielonego, więc widżety nie mogą odczytać jej liczb. Zainstaluj podpisaną kompilację.</translation>
+        <translation>Ta kompilacja nie jest podpisana dla folderu współdzielonego, więc widżety nie mogą odczytać jej statystyk. Zainstaluj podpisaną kompilację.</translation>
     </message>
     <message>
         <source>Brisken Roost for Mac only reads your numbers. It publishes nothing, has no analytics, and contacts nothing but Roost.</source>
         <extracomment>At the bottom of the settings, above the version.</extracomment>
-        <translation>Brisken Roost dla Maca tylko odczytuje Twoje liczby. Niczego nie publikuje, nie zawiera narzędzi analitycznych i nie łączy się z niczym poza Roost.</translation>
+        <translation>Brisken Roost dla Maca tylko odczytuje Twoje statystyki. Niczego nie publikuje, nie zbiera danych o użytkowaniu i nie łączy się z niczym poza Roost.</translation>
     </message>
     <message>
         <source>This takes a few seconds the first time.</source>
@@ -295,17 +295,17 @@
     <message>
         <source>Sign in once and your numbers will appear here.</source>
         <extracomment>Text under that heading.</extracomment>
-        <translation>Zaloguj się raz, a Twoje liczby pojawią się tutaj.</translation>
+        <translation>Zaloguj się raz, a Twoje statystyki pojawią się tutaj.</translation>
     </message>
     <message>
         <source>No numbers yet</source>
         <extracomment>Heading.</extracomment>
-        <translation>Na razie brak liczb</translation>
+        <translation>Na razie brak statystyk</translation>
     </message>
     <message>
         <source>Numbers show up here once your posts start reporting.</source>
         <extracomment>Text under that heading. A post reports when its network tells numbers.</extracomment>
-        <translation>Liczby pojawią się tutaj, gdy Twoje posty zaczną je zbierać.</translation>
+        <translation>Statystyki pojawią się tutaj, gdy Twoje posty zaczną je zbierać.</translation>
     </message>
     <message>
         <source>Nothing scheduled</source>

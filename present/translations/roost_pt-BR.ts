@@ -49,7 +49,7 @@
     <message>
         <source>Roost did not allow this connection. Try signing in again.</source>
         <extracomment>Error message: the service refused.</extracomment>
-        <translation>O Roost não permitiu esta conexão. Tente entrar novamente.</translation>
+        <translation>O Roost não permitiu esta conexão. Tente fazer login novamente.</translation>
     </message>
     <message>
         <source>The sign-in did not complete safely, so nothing was saved. Try again.</source>
@@ -164,7 +164,7 @@
     <message>
         <source>Sign in once. Brisken Roost only reads your numbers and never publishes from this app.</source>
         <extracomment>Text of that card.</extracomment>
-        <translation>Entre uma única vez. O Brisken Roost apenas lê seus números e nunca publica nada por este app.</translation>
+        <translation>Faça login uma única vez. O Brisken Roost apenas lê seus números e nunca publica nada por este app.</translation>
     </message>
     <message>
         <source>Signed out</source>
@@ -194,7 +194,7 @@
     <message>
         <source>Sign in with your Brisken Roost account. A browser window opens: choose the profile and allow read-only access. Nothing is ever published from this app.</source>
         <extracomment>Above the button &quot;Sign in with Brisken Roost&quot;.</extracomment>
-        <translation>Entre com a sua conta do Brisken Roost. Uma janela do navegador será aberta: escolha o perfil e permita o acesso somente leitura. Nada é publicado por este app.</translation>
+        <translation>Faça login com a sua conta do Brisken Roost. Uma janela do navegador será aberta: escolha o perfil e permita o acesso somente leitura. Nada jamais é publicado por este app.</translation>
     </message>
     <message>
         <source>Sign in with Brisken Roost</source>
@@ -249,7 +249,7 @@
     <message>
         <source>Right-click an empty spot on the desktop.</source>
         <extracomment>How to add a widget, first step.</extracomment>
-        <translation>Clique com o botão direito em uma área vazia da área de trabalho.</translation>
+        <translation>Clique com o botão direito em um espaço vazio da área de trabalho.</translation>
     </message>
     <message>
         <source>Choose Edit Widgets.</source>
@@ -294,7 +294,7 @@
     <message>
         <source>Sign in once and your numbers will appear here.</source>
         <extracomment>Text under that heading.</extracomment>
-        <translation>Entre uma vez e seus números aparecerão aqui.</translation>
+        <translation>Faça login uma vez e seus números aparecerão aqui.</translation>
     </message>
     <message>
         <source>No numbers yet</source>

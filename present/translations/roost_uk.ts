@@ -50,7 +50,7 @@
     <message>
         <source>Roost did not allow this connection. Try signing in again.</source>
         <extracomment>Error message: the service refused.</extracomment>
-        <translation>Roost не дозволив це з’єднання. Спробуйте ввійти ще раз.</translation>
+        <translation>Roost не дозволив цього з’єднання. Спробуйте ввійти ще раз.</translation>
     </message>
     <message>
         <source>The sign-in did not complete safely, so nothing was saved. Try again.</source>
@@ -280,7 +280,7 @@
     <message>
         <source>Brisken Roost for Mac only reads your numbers. It publishes nothing, has no analytics, and contacts nothing but Roost.</source>
         <extracomment>At the bottom of the settings, above the version.</extracomment>
-        <translation>Brisken Roost для Mac лише читає ваші показники. Програма нічого не публікує, не збирає аналітику й не звертається ні до чого, крім Roost.</translation>
+        <translation>Brisken Roost для Mac лише читає ваші показники. Програма нічого не публікує, не збирає аналітичних даних і не звертається ні до чого, крім Roost.</translation>
     </message>
     <message>
         <source>This takes a few seconds the first time.</source>
@@ -305,7 +305,7 @@
     <message>
         <source>Numbers show up here once your posts start reporting.</source>
         <extracomment>Text under that heading. A post reports when its network tells numbers.</extracomment>
-        <translation>Показники з’являться тут, щойно ваші дописи почнуть їх надавати.</translation>
+        <translation>Показники з’являться тут, щойно ваші дописи почнуть їх набирати.</translation>
     </message>
     <message>
         <source>Nothing scheduled</source>

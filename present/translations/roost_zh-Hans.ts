@@ -37,7 +37,7 @@
         <source>%lld scheduled</source>
         <extracomment>How many posts wait to be published.</extracomment>
         <translation>
-            <numerusform>%lld 条已排期</numerusform>
+            <numerusform>%lld 条定时帖子</numerusform>
         </translation>
     </message>
     <message>
@@ -98,7 +98,7 @@
     <message>
         <source>New best post of the week</source>
         <extracomment>Title.</extracomment>
-        <translation>本周最佳帖子更新</translation>
+        <translation>本周出现新的最佳帖子</translation>
     </message>
     <message>
         <source>Views: %@</source>
@@ -173,7 +173,7 @@
     <message>
         <source>Updated %@</source>
         <extracomment>State of a profile. %@ is an age: &quot;now&quot; or &quot;5 min. ago&quot; as the language says it.</extracomment>
-        <translation>更新于%@</translation>
+        <translation>更新时间：%@</translation>
     </message>
     <message>
         <source>Getting your numbers…</source>
@@ -233,12 +233,12 @@
     <message>
         <source>A new best post of the week</source>
         <extracomment>Switch of a notification.</extracomment>
-        <translation>本周最佳帖子有更新</translation>
+        <translation>本周出现新的最佳帖子</translation>
     </message>
     <message>
         <source>A scheduled post went out</source>
         <extracomment>Switch of a notification.</extracomment>
-        <translation>已排期的帖子发布成功</translation>
+        <translation>定时帖子已发布</translation>
     </message>
     <message>
         <source>New followers</source>
@@ -248,7 +248,7 @@
     <message>
         <source>Right-click an empty spot on the desktop.</source>
         <extracomment>How to add a widget, first step.</extracomment>
-        <translation>右键点按桌面上的空白处。</translation>
+        <translation>在桌面空白处点按右键。</translation>
     </message>
     <message>
         <source>Choose Edit Widgets.</source>
@@ -303,17 +303,17 @@
     <message>
         <source>Numbers show up here once your posts start reporting.</source>
         <extracomment>Text under that heading. A post reports when its network tells numbers.</extracomment>
-        <translation>帖子开始产生数据后会显示在这里。</translation>
+        <translation>帖子有了数据后，就会显示在这里。</translation>
     </message>
     <message>
         <source>Nothing scheduled</source>
         <extracomment>Heading: no post waits to be published.</extracomment>
-        <translation>没有已排期的帖子</translation>
+        <translation>没有定时帖子</translation>
     </message>
     <message>
         <source>Schedule a post in Brisken Roost and it shows up here.</source>
         <extracomment>Text under that heading.</extracomment>
-        <translation>在 Brisken Roost 中为帖子排期后，会显示在这里。</translation>
+        <translation>在 Brisken Roost 中设置定时帖子后，会显示在这里。</translation>
     </message>
     <message numerus="yes">
         <source>Failed: %lld</source>

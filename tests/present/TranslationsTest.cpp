@@ -7,9 +7,10 @@
 #include <gmock/gmock.h>
 
 #include <QProcess>
+#include <QRegularExpression>
 
 #include <algorithm>
-#include <ranges>
+#include <map>
 
 namespace roost::test {
 namespace {
@@ -120,6 +121,41 @@ TEST(Translations, UseTheMarksOfTheirLanguage)
                     EXPECT_TRUE(allowed.contains(mark) || !QString::fromStdString(form).contains(mark))
                         << localisation << ": " << form;
                 }
+            }
+        }
+    }
+}
+
+/// What the typography of a language does not allow.
+const std::multimap<std::string, QString>& misprints()
+{
+    static const std::multimap<std::string, QString> patterns{
+        {"ar", QStringLiteral("[,;?%]")},
+        {"ar", QStringLiteral("^[A-Za-z]")},
+        {"de", QStringLiteral("\\w…")},
+        {"fr", QStringLiteral("(?<![\u00a0\u202f])[:;!?»]")},
+        {"fr", QStringLiteral("«(?!\u00a0)")},
+        {"he", QStringLiteral("^[A-Za-z]")},
+        {"ja", QStringLiteral("[\u3040-\u30ff\u4e00-\u9fff][,.:;!? ]")},
+        {"ja", QStringLiteral("[!-~] [\u3040-\u30ff\u4e00-\u9fff]")},
+        {"zh-Hans", QStringLiteral("[\u4e00-\u9fff][,.:;!?]")},
+        {"zh-Hans", QStringLiteral("[\u4e00-\u9fff][A-Za-z0-9]|[A-Za-z0-9][\u4e00-\u9fff]")},
+    };
+    return patterns;
+}
+
+TEST(Translations, AreSetAsTheirLanguageIs)
+{
+    for (const auto& [localisation, pattern] : misprints()) {
+        const QRegularExpression misprint{pattern, QRegularExpression::UseUnicodePropertiesOption};
+        ASSERT_TRUE(misprint.isValid()) << pattern.toStdString();
+        for (const TranslationEntry& entry : catalogue(localisation).entries) {
+            for (const std::string& form : entry.forms) {
+                const QString words = QString::fromStdString(form)
+                                          .replace(QStringLiteral("%@"), QStringLiteral("1"))
+                                          .replace(QStringLiteral("%lld"), QStringLiteral("1"))
+                                          .remove(QRegularExpression{QStringLiteral("^Brisken Roost$")});
+                EXPECT_FALSE(words.contains(misprint)) << localisation << ": " << form;
             }
         }
     }
