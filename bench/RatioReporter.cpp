@@ -30,13 +30,13 @@ void RatioReporter::ReportRuns(const std::vector<Run>& runs)
 
         const bool onTheWall = !run.run_name.time_type.empty();
         const double time = onTheWall ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime();
-        const double perProfile = 1e6 / run.counters.at("items_per_second").value;
+        const double perItem = 1e6 / run.counters.at("items_per_second").value;
 
         // The runs come in a random order; the families are numbered as they were registered.
         order_[run.family_index] = deed;
-        const auto [known, isNew] = deeds_[deed].try_emplace(who, Time{time, perProfile});
+        const auto [known, isNew] = deeds_[deed].try_emplace(who, Time{time, perItem});
         if (!isNew && time < known->second.microseconds) {
-            known->second = {time, perProfile};
+            known->second = {time, perItem};
         }
     }
 }
@@ -56,7 +56,7 @@ void RatioReporter::Finalize()
             continue;
         }
         out << std::left << std::setw(24) << deed << std::right << std::setw(14) << ours->second.microseconds
-            << " us" << std::setw(10) << ours->second.perProfile << " us per profile";
+            << " us" << std::setw(10) << ours->second.perItem << " us each";
         for (const auto& [who, time] : times) {
             if (who != "roost") {
                 out << "  " << std::setw(6) << ours->second.microseconds / time.microseconds << " x " << who;

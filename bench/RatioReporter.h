@@ -9,7 +9,7 @@
 
 namespace roost::bench {
 
-/// Prints one line per deed when all is done: the model's time, its time per profile, and how many times the
+/// Prints one line per deed when all is done: our time, that for each profile or text, and how many times the
 /// time of each peer that is. Of repeated runs the quickest counts, since whatever else the machine does only
 /// ever adds.
 class RatioReporter : public benchmark::BenchmarkReporter {
@@ -24,7 +24,7 @@ public:
 private:
     struct Time {
         double microseconds = 0;
-        double perProfile = 0;
+        double perItem = 0;
     };
 
     /// The times of each deed, by who did it.

@@ -26,8 +26,13 @@ int main(int argc, char** argv)
         std::cerr << "The peers do not read the same records or write the same bytes.\n";
         return 1;
     }
+    if (!roost::bench::formatPeersAgree()) {
+        std::cerr << "The peers do not write the same texts.\n";
+        return 1;
+    }
     roost::bench::registerJsonBenchmarks();
     roost::bench::registerStoreBenchmarks();
+    roost::bench::registerFormatBenchmarks();
     benchmark::Initialize(&count, pointers.data());
     if (benchmark::ReportUnrecognizedArguments(count, pointers.data())) {
         return 2;
