@@ -4,6 +4,7 @@
 #include "model/RoostJSON.h"
 
 #include <array>
+#include <map>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -14,6 +15,8 @@ template <JsonEnumeration Enumeration>
 Problem read(Value value, Enumeration& out, int depth);
 template <JsonRecord Record>
 Problem read(Value value, Record& out, int depth);
+template <class Element>
+Problem read(Value value, std::map<std::string, Element>& out, int depth);
 
 template <class Element>
 Problem read(Value value, std::vector<Element>& out, int depth)
@@ -31,6 +34,38 @@ Problem read(Value value, std::vector<Element>& out, int depth)
         }
     }
     return first;
+}
+
+/// An object whose keys are the document's own. An entry is named in errors by its place, as in an array: its
+/// key is content.
+template <class Element>
+Problem read(Value value, std::map<std::string, Element>& out, int depth)
+{
+    out.clear();
+    if (startOf(value) != '{') {
+        return mistyped(value, "an object", depth);
+    }
+    // By key, since a later value for the same key may still be good.
+    std::map<std::string, std::pair<std::size_t, Problem>> wrong;
+    std::size_t place = 0;
+    for (Field entry : value.get_object()) {
+        Value entryValue = entry.value();
+        std::string key{keyOf(entry)};
+        Element element{};
+        if (Problem found = json::read(entryValue, element, depth + 1)) {
+            out.erase(key);
+            wrong.insert_or_assign(std::move(key), std::pair{place, std::move(found)});
+        } else {
+            wrong.erase(key);
+            out.insert_or_assign(std::move(key), std::move(element));
+        }
+        ++place;
+    }
+    const auto first =
+        std::ranges::min_element(wrong, {}, [](const auto& entry) { return entry.second.first; });
+    return first == wrong.end()
+               ? nullptr
+               : under("[" + std::to_string(first->second.first) + "]", std::move(first->second.second));
 }
 
 template <class Member>

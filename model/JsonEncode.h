@@ -3,6 +3,8 @@
 #include "model/JsonWriter.h"
 #include "model/RoostJSON.h"
 
+#include <map>
+#include <string>
 #include <type_traits>
 #include <vector>
 
@@ -25,6 +27,17 @@ void write(Writer& writer, const std::vector<Element>& elements)
         write(writer, element);
     }
     writer.endArray();
+}
+
+template <class Element>
+void write(Writer& writer, const std::map<std::string, Element>& entries)
+{
+    writer.beginObject();
+    for (const auto& [key, element] : entries) {
+        writer.anyKey(key);
+        write(writer, element);
+    }
+    writer.endObject();
 }
 
 template <class Record, class Member>

@@ -6,7 +6,8 @@ namespace roost {
 
 /// Why a document could not be decoded.
 struct JsonError {
-    /// Where: keys and array positions, "accounts[2].snapshot.views"; empty for the document as a whole.
+    /// Where: the keys of records, and positions in arrays and among entries with keys of their own,
+    /// "accounts[2].snapshot.views"; empty for the document as a whole.
     std::string path;
     /// What was wrong there: "missing", "expected an integer, found a string". Quotes nothing of the document
     /// but a date that is none.

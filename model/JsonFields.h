@@ -19,7 +19,8 @@ enum class Absence {
 };
 
 /// One member of a record: its key, where it is kept and what holds when it is absent. A member that is a
-/// `std::optional` is left out of the output when it has no value.
+/// `std::optional` is left out of the output when it has no value; a `std::vector` is an array; a `std::map`
+/// from texts is an object that has any keys.
 template <class Record, class Member>
 struct JsonField {
     std::string_view key;

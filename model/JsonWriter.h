@@ -23,6 +23,9 @@ public:
     /// `key` is ASCII that needs no escaping.
     void key(std::string_view key) { writer_.Key(key.data(), static_cast<rapidjson::SizeType>(key.size())); }
 
+    /// `key` is any text; it is written like one.
+    void anyKey(std::string_view key) { text(key); }
+
     void text(std::string_view text);
     void integer(std::int64_t value) { writer_.Int64(value); }
     void boolean(bool value) { writer_.Bool(value); }

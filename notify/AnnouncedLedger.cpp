@@ -1,0 +1,32 @@
+#include "notify/AnnouncedLedger.h"
+
+#include <algorithm>
+
+namespace roost {
+
+void AnnouncedLedger::mark(const std::vector<std::string>& keys, Date at)
+{
+    for (const std::string& key : keys) {
+        entries.try_emplace(key, at);
+    }
+}
+
+void AnnouncedLedger::prune(std::size_t keeping)
+{
+    if (entries.size() <= keeping) {
+        return;
+    }
+    using Entry = decltype(entries)::iterator;
+    std::vector<Entry> newestFirst;
+    newestFirst.reserve(entries.size());
+    for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
+        newestFirst.push_back(entry);
+    }
+    // They come ordered by key, and a stable sort leaves equal times so.
+    std::ranges::stable_sort(newestFirst, std::ranges::greater{}, [](Entry entry) { return entry->second; });
+    for (std::size_t dropped = keeping; dropped < newestFirst.size(); ++dropped) {
+        entries.erase(newestFirst[dropped]);
+    }
+}
+
+} // namespace roost
