@@ -22,8 +22,9 @@ void AnnouncedLedger::prune(std::size_t keeping)
     for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
         newestFirst.push_back(entry);
     }
-    // They come ordered by key, and a stable sort leaves equal times so.
-    std::ranges::stable_sort(newestFirst, std::ranges::greater{}, [](Entry entry) { return entry->second; });
+    std::ranges::sort(newestFirst, [](Entry left, Entry right) {
+        return left->second != right->second ? left->second > right->second : left->first < right->first;
+    });
     for (std::size_t dropped = keeping; dropped < newestFirst.size(); ++dropped) {
         entries.erase(newestFirst[dropped]);
     }

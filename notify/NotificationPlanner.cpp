@@ -85,33 +85,36 @@ private:
         }
     }
 
-    /// The posts of the queue before that are no longer in it and were due, earliest first.
-    std::vector<Next> vanished() const
+    /// The posts of the queue before that are no longer in it and were due, earliest first; those of one time
+    /// in the order of the queue.
+    std::vector<const Next*> vanished() const
     {
         std::unordered_set<std::string> queued;
         for (const Next& post : current_.posts.next) {
             queued.insert(post.id);
         }
-        std::vector<Next> gone;
-        std::ranges::copy_if(previous_.posts.next, std::back_inserter(gone), [&](const Next& post) {
-            return post.at <= current_.generatedAt && !queued.contains(post.id);
-        });
-        std::ranges::stable_sort(gone, {}, &Next::at);
+        std::vector<const Next*> gone;
+        for (const Next& post : previous_.posts.next) {
+            if (post.at <= current_.generatedAt && !queued.contains(post.id)) {
+                gone.push_back(&post);
+            }
+        }
+        std::ranges::sort(gone, {}, [](const Next* post) { return std::pair{post->at, post}; });
         return gone;
     }
 
     void planQueue()
     {
-        const std::vector<Next> gone = vanished();
+        const std::vector<const Next*> gone = vanished();
         const auto count = static_cast<std::int64_t>(gone.size());
         const std::int64_t rise = checkedDifference(current_.posts.failed, previous_.posts.failed);
-        for (std::int64_t place = 0; const Next& post : gone) {
+        for (std::int64_t place = 0; const Next* post : gone) {
             const bool failed = place++ < rise;
-            const std::string key = profileId_ + (failed ? "|failed:" : "|sent:") + post.id;
+            const std::string key = profileId_ + (failed ? "|failed:" : "|sent:") + post->id;
             remember(key);
-            if (current_.generatedAt - post.at <= planner_.freshness) {
-                announce(failed ? RoostEvent::Any{RoostEvent::PostFailed{post}}
-                                : RoostEvent::PostWentOut{post},
+            if (current_.generatedAt - post->at <= planner_.freshness) {
+                announce(failed ? RoostEvent::Any{RoostEvent::PostFailed{*post}}
+                                : RoostEvent::PostWentOut{*post},
                          key);
             }
         }
