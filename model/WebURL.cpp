@@ -29,4 +29,16 @@ std::optional<WebURL> WebURL::parse(std::string_view text)
 
 QUrl WebURL::url() const { return strictly(text_); }
 
+QUrl appendingPath(const QUrl& base, QStringView path)
+{
+    QUrl url = base.adjusted(QUrl::RemoveQuery | QUrl::RemoveFragment);
+    QString whole = url.path(QUrl::FullyEncoded);
+    if (!whole.endsWith(QLatin1Char('/'))) {
+        whole += QLatin1Char('/');
+    }
+    whole += path;
+    url.setPath(whole, QUrl::StrictMode);
+    return url;
+}
+
 } // namespace roost

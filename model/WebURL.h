@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QStringView>
 #include <QUrl>
 
 #include <optional>
@@ -30,5 +31,9 @@ private:
 
     std::string text_;
 };
+
+/// `base` with the path component `path` ("api/x", no leading slash) appended, one slash between, the rest of
+/// the base kept byte for byte and its query and fragment dropped.
+QUrl appendingPath(const QUrl& base, QStringView path);
 
 } // namespace roost

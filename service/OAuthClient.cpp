@@ -1,8 +1,8 @@
 #include "service/OAuthClient.h"
 
 #include "model/RoostLog.h"
+#include "model/WebURL.h"
 #include "service/OAuthRequests.h"
-#include "service/RoostEnvironment.h"
 
 #include <optional>
 
@@ -72,7 +72,7 @@ QCoro::Task<AuthResult<OAuthEndpoints>> OAuthClient::endpoints(Discovery discove
         }
     }
     const auto documentAt = [this](QStringView path) {
-        return OAuthRequests::document(RoostEnvironment::appendingPath(baseURL_, path));
+        return OAuthRequests::document(appendingPath(baseURL_, path));
     };
     auto asking = send(documentAt(u".well-known/oauth-authorization-server"), stop);
     const auto metadata = co_await asking;

@@ -15,16 +15,4 @@ QUrl baseURL(const InfoDictionary& info)
     return productionBase();
 }
 
-QUrl appendingPath(const QUrl& base, QStringView path)
-{
-    QUrl url = base.adjusted(QUrl::RemoveQuery | QUrl::RemoveFragment);
-    QString whole = url.path(QUrl::FullyEncoded);
-    if (!whole.endsWith(QLatin1Char('/'))) {
-        whole += QLatin1Char('/');
-    }
-    whole += path;
-    url.setPath(whole, QUrl::StrictMode);
-    return url;
-}
-
 } // namespace roost::RoostEnvironment

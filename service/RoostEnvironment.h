@@ -13,8 +13,4 @@ QUrl productionBase();
 /// `productionBase`.
 QUrl baseURL(const InfoDictionary& info);
 
-/// `base` with the path component `path` ("api/x", no leading slash) appended, one slash between, the rest of
-/// the base kept byte for byte and its query and fragment dropped.
-QUrl appendingPath(const QUrl& base, QStringView path);
-
 } // namespace roost::RoostEnvironment

@@ -3,7 +3,7 @@
 #include "model/RoostJSON.h"
 #include "model/RoostLog.h"
 #include "model/RoostSnapshotFields.h"
-#include "service/RoostEnvironment.h"
+#include "model/WebURL.h"
 
 #include <clocale>
 #include <cstdlib>
@@ -17,7 +17,7 @@ constexpr std::chrono::seconds timeout{30};
 HttpRequest requestFor(const QUrl& baseURL, const QString& accessToken)
 {
     HttpRequest request;
-    request.url = RoostEnvironment::appendingPath(baseURL, u"api/roost/v1/widget");
+    request.url = appendingPath(baseURL, u"api/roost/v1/widget");
     request.headers = {{"Authorization", "Bearer " + accessToken.toUtf8()}, {"Accept", "application/json"}};
     request.timeout = timeout;
     request.bodies = HttpRequest::Bodies::onlyOfStatus200;

@@ -81,5 +81,39 @@ TEST(WebURL, RefusesWhatIsNoAddress)
     }
 }
 
+QByteArray appended(const char* base)
+{
+    return appendingPath(QUrl(QString::fromUtf8(base)), u"api/roost/v1/widget").toEncoded();
+}
+
+TEST(AppendingPath, AppendsAPathWithOneSlashBetween)
+{
+    EXPECT_EQ(appended("https://a.example"), "https://a.example/api/roost/v1/widget");
+    EXPECT_EQ(appended("https://a.example/"), "https://a.example/api/roost/v1/widget");
+    EXPECT_EQ(appended("http://127.0.0.1:8080"), "http://127.0.0.1:8080/api/roost/v1/widget");
+    EXPECT_EQ(appended("http://[::1]:8080/"), "http://[::1]:8080/api/roost/v1/widget");
+}
+
+TEST(AppendingPath, KeepsTheLastSegmentOfTheBase)
+{
+    EXPECT_EQ(appended("https://a.example/base"), "https://a.example/base/api/roost/v1/widget");
+    EXPECT_EQ(appended("https://a.example/base/"), "https://a.example/base/api/roost/v1/widget");
+    EXPECT_EQ(appended("https://a.example/one/two.html"),
+              "https://a.example/one/two.html/api/roost/v1/widget");
+}
+
+TEST(AppendingPath, KeepsTheBaseByteForByte)
+{
+    EXPECT_EQ(appended("https://a.example/a%2Fb%20c%25"),
+              "https://a.example/a%2Fb%20c%25/api/roost/v1/widget");
+    EXPECT_EQ(appended("https://a.example/%C3%BC/../x"), "https://a.example/%C3%BC/../x/api/roost/v1/widget");
+}
+
+TEST(AppendingPath, DropsTheQueryAndTheFragmentOfTheBase)
+{
+    EXPECT_EQ(appended("https://a.example/base?x=1#y"), "https://a.example/base/api/roost/v1/widget");
+    EXPECT_EQ(appended("https://a.example?x=1"), "https://a.example/api/roost/v1/widget");
+}
+
 } // namespace
 } // namespace roost

@@ -13,11 +13,6 @@ QUrl baseFor(const QJsonValue& value)
     return RoostEnvironment::baseURL(InfoDictionary(QJsonObject{{QStringLiteral("RoostBaseURL"), value}}));
 }
 
-QByteArray appended(const char* base)
-{
-    return RoostEnvironment::appendingPath(QUrl(QString::fromUtf8(base)), u"api/roost/v1/widget").toEncoded();
-}
-
 } // namespace
 
 TEST(RoostEnvironment, HasASecureOriginWithoutAPathInProduction)
@@ -64,35 +59,6 @@ TEST(RoostEnvironment, IgnoresABaseThatIsNoURL)
         EXPECT_EQ(baseFor(QString::fromUtf16(value)), RoostEnvironment::productionBase())
             << QString::fromUtf16(value).toStdString();
     }
-}
-
-TEST(RoostEnvironment, AppendsAPathWithOneSlashBetween)
-{
-    EXPECT_EQ(appended("https://a.example"), "https://a.example/api/roost/v1/widget");
-    EXPECT_EQ(appended("https://a.example/"), "https://a.example/api/roost/v1/widget");
-    EXPECT_EQ(appended("http://127.0.0.1:8080"), "http://127.0.0.1:8080/api/roost/v1/widget");
-    EXPECT_EQ(appended("http://[::1]:8080/"), "http://[::1]:8080/api/roost/v1/widget");
-}
-
-TEST(RoostEnvironment, KeepsTheLastSegmentOfTheBase)
-{
-    EXPECT_EQ(appended("https://a.example/base"), "https://a.example/base/api/roost/v1/widget");
-    EXPECT_EQ(appended("https://a.example/base/"), "https://a.example/base/api/roost/v1/widget");
-    EXPECT_EQ(appended("https://a.example/one/two.html"),
-              "https://a.example/one/two.html/api/roost/v1/widget");
-}
-
-TEST(RoostEnvironment, KeepsTheBaseByteForByte)
-{
-    EXPECT_EQ(appended("https://a.example/a%2Fb%20c%25"),
-              "https://a.example/a%2Fb%20c%25/api/roost/v1/widget");
-    EXPECT_EQ(appended("https://a.example/%C3%BC/../x"), "https://a.example/%C3%BC/../x/api/roost/v1/widget");
-}
-
-TEST(RoostEnvironment, DropsTheQueryAndTheFragmentOfTheBase)
-{
-    EXPECT_EQ(appended("https://a.example/base?x=1#y"), "https://a.example/base/api/roost/v1/widget");
-    EXPECT_EQ(appended("https://a.example?x=1"), "https://a.example/api/roost/v1/widget");
 }
 
 } // namespace roost::test
