@@ -7,9 +7,10 @@
 namespace roost {
 
 QCoro::Task<QDBusMessage> callOnBus(QDBusConnection connection, QDBusMessage call,
-                                    std::chrono::milliseconds timeout, std::stop_token stop)
+                                    std::chrono::milliseconds timeout, std::stop_token stop,
+                                    Starting starting)
 {
-    call.setAutoStartService(false);
+    call.setAutoStartService(starting == Starting::service);
     const Arrival<QDBusMessage> end;
     QDBusPendingCallWatcher watcher(connection.asyncCall(call, static_cast<int>(timeout.count())));
     QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, &watcher,

@@ -1,0 +1,196 @@
+#include "platform/DesktopNotifications.h"
+
+#include "bus/BusCall.h"
+#include "bus/RoostBus.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace roost {
+
+namespace {
+
+const QString service = QStringLiteral("org.freedesktop.Notifications");
+const QString path = QStringLiteral("/org/freedesktop/Notifications");
+const QString busService = QStringLiteral("org.freedesktop.DBus");
+
+/// "NotificationClosed": it ran out. Many servers keep such a notification where it can still be opened.
+constexpr uint expired = 1;
+
+/// More than any server keeps; those with the lowest numbers, the oldest, are forgotten first.
+constexpr std::size_t mostShown = 1'000;
+
+QDBusMessage callOf(const QString& method, const QString& to)
+{
+    return QDBusMessage::createMethodCall(to, path, service, method);
+}
+
+std::chrono::milliseconds left(const QDeadlineTimer& deadline)
+{
+    return std::chrono::milliseconds{std::max<qint64>(deadline.remainingTime(), 1)};
+}
+
+/// On the bus a text ends at its first NUL.
+QString textOf(const std::string& text) { return QString::fromStdString(text).remove(QChar{QChar::Null}); }
+
+} // namespace
+
+DesktopNotifications::DesktopNotifications(QString addresses, QString openLabel)
+    : addresses_{std::move(addresses)},
+      openLabel_{std::move(openLabel)}
+{
+}
+
+DesktopNotifications::~DesktopNotifications() = default;
+
+QCoro::Task<NotificationCenter::Authorization>
+DesktopNotifications::authorization(std::chrono::milliseconds limit)
+{
+    auto reaching = reachServer(QDeadlineTimer{limit});
+    co_return (co_await reaching) ? Authorization::authorized : Authorization::denied;
+}
+
+QCoro::Task<NotificationCenter::Authorization>
+DesktopNotifications::requestAuthorization(std::chrono::milliseconds limit)
+{
+    return authorization(limit);
+}
+
+QCoro::Task<bool> DesktopNotifications::add(Request request, std::chrono::milliseconds limit)
+{
+    const QDeadlineTimer deadline{limit};
+    for (bool isSecondTry = false;; isSecondTry = true) {
+        auto reaching = reachServer(deadline);
+        if (!co_await reaching) {
+            co_return false;
+        }
+        const QString server = server_;
+        auto calling = callOnBus(bus_->get(), notifyCall(request), left(deadline));
+        const QDBusMessage answer = co_await calling;
+        if (answer.type() == QDBusMessage::ReplyMessage) {
+            // When another server has come since then, it does not know this one's numbers.
+            if (server_ == server) {
+                keep(answer.arguments().value(0).toUInt(), std::move(request));
+            }
+            co_return true;
+        }
+        // A server that has left may have a successor.
+        if (isSecondTry || server_ == server) {
+            co_return false;
+        }
+    }
+}
+
+QCoro::Task<bool> DesktopNotifications::reachServer(QDeadlineTimer deadline)
+{
+    if (!bus_ || !bus_->get().isConnected()) {
+        auto opening = BusConnection::open(addresses_, left(deadline));
+        std::shared_ptr<BusConnection> opened = co_await opening;
+        // Another task may have been quicker.
+        if (opened && (!bus_ || !bus_->get().isConnected())) {
+            attach(std::move(opened));
+        }
+    }
+    if (!bus_ || !bus_->get().isConnected()) {
+        co_return false;
+    }
+    if (!capabilities_) {
+        auto asking = callOnBus(bus_->get(), callOf(QStringLiteral("GetCapabilities"), service),
+                                left(deadline), {}, Starting::service);
+        const QDBusMessage answer = co_await asking;
+        if (answer.type() != QDBusMessage::ReplyMessage) {
+            co_return false;
+        }
+        server_ = answer.service();
+        capabilities_ = answer.arguments().value(0).toStringList();
+    }
+    co_return true;
+}
+
+void DesktopNotifications::attach(std::shared_ptr<BusConnection> bus)
+{
+    forgetServer();
+    bus_ = std::move(bus);
+    QDBusConnection connection = bus_->get();
+    // By the name of the interface alone: for the name of a service the bus library asks its owner and waits.
+    connection.connect({}, path, service, QStringLiteral("ActionInvoked"), this,
+                       SLOT(invoke(uint, QString, QDBusMessage)));
+    connection.connect({}, path, service, QStringLiteral("NotificationClosed"), this,
+                       SLOT(close(uint, uint, QDBusMessage)));
+    connection.connect(busService, QStringLiteral("/org/freedesktop/DBus"), busService,
+                       QStringLiteral("NameOwnerChanged"), {service}, QStringLiteral("sss"), this,
+                       SLOT(changeOwner(QString, QString, QString)));
+}
+
+void DesktopNotifications::forgetServer()
+{
+    server_.clear();
+    capabilities_.reset();
+    shown_.clear();
+}
+
+QDBusMessage DesktopNotifications::notifyCall(const Request& request) const
+{
+    const auto open = std::ranges::find_if(shown_, [&](const auto& each) {
+        return each.second.isOpen && each.second.identifier == request.identifier;
+    });
+    const uint replaces = open == shown_.end() ? 0 : open->first;
+    const QString body = textOf(request.body);
+    QStringList actions;
+    if (!request.userInfo.empty() && capabilities_->contains(QLatin1String("actions"))) {
+        actions = {QStringLiteral("default"), openLabel_, QStringLiteral("open"), openLabel_};
+    }
+    const QVariantMap hints{{QStringLiteral("category"), textOf(request.threadIdentifier)},
+                            {QStringLiteral("desktop-entry"), RoostBus::name},
+                            {QStringLiteral("sound-name"), QStringLiteral("message-new-instant")}};
+    // To this very server: another one may know other numbers and read texts otherwise.
+    QDBusMessage call = callOf(QStringLiteral("Notify"), server_);
+    call.setArguments({QStringLiteral("Brisken Roost"), replaces, QString{}, textOf(request.title),
+                       capabilities_->contains(QLatin1String("body-markup")) ? body.toHtmlEscaped() : body,
+                       actions, hints, -1});
+    return call;
+}
+
+void DesktopNotifications::keep(std::uint32_t id, Request request)
+{
+    for (auto& [other, shown] : shown_) {
+        shown.isOpen = shown.isOpen && shown.identifier != request.identifier;
+    }
+    shown_.insert_or_assign(id, Shown{std::move(request.identifier), std::move(request.userInfo)});
+    if (shown_.size() > mostShown) {
+        shown_.erase(shown_.begin());
+    }
+}
+
+void DesktopNotifications::invoke(uint id, const QString& action, const QDBusMessage& message)
+{
+    const auto found = shown_.find(id);
+    const bool isOurs = message.service() == server_ && found != shown_.end();
+    if (!isOurs || (action != QLatin1String("default") && action != QLatin1String("open")) ||
+        delegate_ == nullptr) {
+        return;
+    }
+    delegate_->userOpened(found->second.userInfo);
+}
+
+void DesktopNotifications::close(uint id, uint reason, const QDBusMessage& message)
+{
+    const auto found = shown_.find(id);
+    if (message.service() != server_ || found == shown_.end()) {
+        return;
+    }
+    if (reason == expired) {
+        found->second.isOpen = false;
+    } else {
+        shown_.erase(found);
+    }
+}
+
+void DesktopNotifications::changeOwner(const QString& /*name*/, const QString& /*before*/, const QString& now)
+{
+    if (now != server_) {
+        forgetServer();
+    }
+}
+
+} // namespace roost

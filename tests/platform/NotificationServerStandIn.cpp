@@ -1,0 +1,110 @@
+#include "tests/platform/NotificationServerStandIn.h"
+
+#include <QDBusArgument>
+#include <QDBusConnectionInterface>
+
+#include <stdexcept>
+
+namespace roost::test {
+
+namespace {
+
+const QString service = QStringLiteral("org.freedesktop.Notifications");
+const QString path = QStringLiteral("/org/freedesktop/Notifications");
+
+/// Qt keeps connections by name, for the whole process.
+QString freshName()
+{
+    static int count = 0;
+    return QStringLiteral("notification server %1").arg(++count);
+}
+
+} // namespace
+
+NotificationServerStandIn::NotificationServerStandIn(const QString& address, QStringList capabilities,
+                                                     uint firstId)
+    : connectionName_(freshName()),
+      connection_(QDBusConnection::connectToBus(address, connectionName_)),
+      capabilities_(std::move(capabilities)),
+      nextId_(firstId)
+{
+    if (!connection_->registerVirtualObject(path, this) ||
+        !connection_->interface()
+             ->registerService(service, QDBusConnectionInterface::QueueService)
+             .isValid()) {
+        throw std::runtime_error("the notification server cannot take its name");
+    }
+}
+
+NotificationServerStandIn::~NotificationServerStandIn() { leave(); }
+
+void NotificationServerStandIn::leave()
+{
+    connection_.reset();
+    QDBusConnection::disconnectFromBus(connectionName_);
+}
+
+void NotificationServerStandIn::invoke(uint id, const QString& action) const
+{
+    QDBusMessage signal = QDBusMessage::createSignal(path, service, QStringLiteral("ActionInvoked"));
+    signal.setArguments({id, action});
+    connection_->send(signal);
+}
+
+void NotificationServerStandIn::close(uint id, uint reason) const
+{
+    QDBusMessage signal = QDBusMessage::createSignal(path, service, QStringLiteral("NotificationClosed"));
+    signal.setArguments({id, reason});
+    connection_->send(signal);
+}
+
+QString NotificationServerStandIn::introspect(const QString& /*path*/) const { return {}; }
+
+bool NotificationServerStandIn::handleMessage(const QDBusMessage& message,
+                                              const QDBusConnection& /*connection*/)
+{
+    if (message.member() == QLatin1String("GetCapabilities")) {
+        ++timesAsked_;
+        connection_->send(message.createReply(capabilities_));
+        return true;
+    }
+    if (message.member() != QLatin1String("Notify") ||
+        message.signature() != QLatin1String("susssasa{sv}i")) {
+        return false;
+    }
+    switch (manner_) {
+    case Manner::answers:
+        take(message);
+        connection_->send(message.createReply(taken_.back().id));
+        break;
+    case Manner::refuses:
+        connection_->send(message.createErrorReply(
+            QStringLiteral("org.freedesktop.Notifications.Error.Excess"), QStringLiteral("too many")));
+        break;
+    case Manner::isMute:
+        take(message);
+        break;
+    case Manner::leaves:
+        leave();
+        break;
+    }
+    return true;
+}
+
+void NotificationServerStandIn::take(const QDBusMessage& message)
+{
+    const QVariantList arguments = message.arguments();
+    Notification notification;
+    notification.appName = arguments.at(0).toString();
+    notification.replaces = arguments.at(1).toUInt();
+    notification.icon = arguments.at(2).toString();
+    notification.summary = arguments.at(3).toString();
+    notification.body = arguments.at(4).toString();
+    notification.actions = arguments.at(5).toStringList();
+    notification.hints = qdbus_cast<QVariantMap>(arguments.at(6));
+    notification.timeout = arguments.at(7).toInt();
+    notification.id = notification.replaces != 0 ? notification.replaces : nextId_++;
+    taken_.push_back(notification);
+}
+
+} // namespace roost::test
