@@ -106,7 +106,7 @@ TEST_F(NotificationServiceTest, LogsEveryEventByItsKindWhateverBecomesOfIt)
     center.authorized = Authorization::denied;
     settings.file.clear();
     auto task = delivering(oneOfEach());
-    EXPECT_EQ(log.messages("sync"), wanted) << "before the center has answered";
+    EXPECT_EQ(log.messages("world.brisken.roost.mac.sync"), wanted) << "before the center has answered";
     EXPECT_EQ(log.lines().front().level, QtInfoMsg);
     ASSERT_TRUE(runUntil([&] { return task.isReady(); }));
     EXPECT_EQ(log.lines().size(), wanted.size());
