@@ -1,0 +1,28 @@
+#pragma once
+
+#include "present/BrandMarkCache.h"
+
+#include <QColor>
+#include <QPainter>
+
+#include <optional>
+#include <string>
+
+namespace roost {
+
+/// The sign of a network in one colour: its mark, or a lettered badge when it has none. A plain value; it is
+/// painted on the thread of the painter.
+struct BrandMark {
+    /// As the service names the network.
+    std::string platform;
+    /// The network's name for readers, from which the badge takes its letter.
+    std::optional<std::string> label;
+    /// The side of the square that it stands in, in the units of the painter.
+    double size = 0;
+    QColor color;
+
+    /// Paints the square with its upper left corner at `corner`. The painter's state is as before afterwards.
+    void paint(QPainter& painter, QPointF corner, BrandMarkCache& cache) const;
+};
+
+} // namespace roost
