@@ -13,6 +13,12 @@ void registerStoreBenchmarks();
 /// Writing numbers and dates for people.
 void registerFormatBenchmarks();
 
+/// Reading path data.
+void registerPathBenchmarks();
+
+/// Whether all peers draw the same path from the same data.
+bool pathPeersAgree();
+
 /// Whether all peers read equal records and write equal bytes: only then are their times comparable.
 bool peersAgree();
 

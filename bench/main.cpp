@@ -30,7 +30,12 @@ int main(int argc, char** argv)
         std::cerr << "The peers do not write the same texts.\n";
         return 1;
     }
+    if (!roost::bench::pathPeersAgree()) {
+        std::cerr << "The peers do not draw the same path.\n";
+        return 1;
+    }
     roost::bench::registerJsonBenchmarks();
+    roost::bench::registerPathBenchmarks();
     roost::bench::registerStoreBenchmarks();
     roost::bench::registerFormatBenchmarks();
     benchmark::Initialize(&count, pointers.data());

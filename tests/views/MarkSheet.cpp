@@ -11,10 +11,10 @@ namespace {
 using namespace roost;
 
 constexpr std::array sizes{512, 64, 24, 14};
-constexpr int gap = 24;
+constexpr int gap = 32;
 /// One of each mark, and two badges.
 constexpr std::array platforms{"instagram", "tiktok",    "youtube",  "x",        "linkedin", "threads",
-                               "bluesky",   "pinterest", "facebook", "telegram", "Zeta",     "東京"};
+                               "bluesky",   "pinterest", "facebook", "telegram", "Zeta",     "مرحبا"};
 constexpr int rows = static_cast<int>(platforms.size()) / 2;
 
 /// All sizes of a mark in a row.

@@ -83,7 +83,11 @@ private:
     void command()
     {
         constexpr std::string_view letters = "LlHhVvCcSsQqTtAaAaCcSsTtMmZz";
-        const char letter = letters[static_cast<std::size_t>(below(static_cast<int>(letters.size())))];
+        char letter = letters[static_cast<std::size_t>(below(static_cast<int>(letters.size())))];
+        if (hasMoved_ && (letter == 'Z' || letter == 'z')) {
+            letter = 'L'; // A close right after a move is a dot to some renderers and nothing to others.
+        }
+        hasMoved_ = letter == 'M' || letter == 'm';
         const bool isRelative = letter >= 'a';
         text_ += letter;
         if (letter == 'Z' || letter == 'z') {
@@ -143,16 +147,21 @@ private:
         } else {
             digits.insert(digits.size() - 2, ".");
         }
-        const bool followsLetter = text_.back() >= 'A' && text_.back() <= 'z';
+        const char before = text_.back();
+        const bool followsLetter = (before >= 'A' && before <= 'Z') || (before >= 'a' && before <= 'z');
         if (isNegative) {
             text_ += '-';
-        } else if (!followsLetter || below(3) == 0) {
+        } else if (followsLetter) {
+            text_ += std::string_view{" \n+"}.substr(static_cast<std::size_t>(below(4)), 1); // or nothing
+        } else {
             text_ += std::string_view{" ,\n+"}[static_cast<std::size_t>(below(4))];
         }
         text_ += digits;
     }
 
     std::mt19937_64& random_;
+    /// Whether nothing has been drawn since the last move.
+    bool hasMoved_ = true;
     std::string text_;
 };
 

@@ -9,8 +9,8 @@
 #include <QStandardPaths>
 
 #include <algorithm>
-#include <cmath>
 #include <cstdlib>
+#include <numeric>
 
 namespace roost::test {
 
@@ -18,7 +18,7 @@ namespace {
 
 constexpr double unitsPerCell = 24;
 constexpr double strokeWidth = 0.9;
-constexpr double white = 255;
+constexpr int white = 255;
 
 int heightFor(std::size_t count)
 {
@@ -27,10 +27,36 @@ int heightFor(std::size_t count)
 
 int valueAt(const QImage& picture, int x, int y) { return picture.constScanLine(y)[x]; }
 
+/// Fills `path` in a cell. Qt smooths by adding areas up, and so counts an edge twice that is drawn twice;
+/// here it paints many times as large without smoothing, and what makes a pixel is counted.
+void paintCell(QImage& picture, const QRect& cell, const QPainterPath& path, double shift)
+{
+    constexpr int samples = 8;
+    QImage large{cell.size() * samples, QImage::Format_Grayscale8};
+    large.fill(Qt::white);
+    QPainter painter{&large};
+    painter.scale(samples, samples);
+    painter.translate(shift, shift);
+    painter.scale(cell.width() / unitsPerCell, cell.height() / unitsPerCell);
+    painter.fillPath(path, Qt::black);
+    painter.end();
+    for (int y = 0; y < cell.height(); ++y) {
+        uchar* const line = picture.scanLine(cell.y() + y) + cell.x();
+        for (int x = 0; x < cell.width(); ++x) {
+            int sum = 0;
+            for (int row = 0; row < samples; ++row) {
+                const uchar* const first = large.constScanLine(y * samples + row) + x * samples;
+                sum = std::accumulate(first, first + samples, sum);
+            }
+            line[x] = static_cast<uchar>(sum / (samples * samples));
+        }
+    }
+}
+
 /// How far the value at (x, y) of `one` is from all those that `other` has there and next to it.
 int beyond(const QImage& one, const QImage& other, int x, int y, const QRect& cell)
 {
-    int least = static_cast<int>(white);
+    int least = white;
     int most = 0;
     for (int dy = -1; dy <= 1; ++dy) {
         for (int dx = -1; dx <= 1; ++dx) {
@@ -60,7 +86,7 @@ std::string PathSheet::svg() const
                     "\" width=\"" + side + "\" height=\"" + side + "\" viewBox=\"0 0 24 24\"><path ";
         document += ink == Ink::filled ? ""
                                        : "fill=\"none\" stroke=\"#000\" stroke-width=\"0.9\" "
-                                         "stroke-linejoin=\"bevel\" ";
+                                         "stroke-linecap=\"round\" stroke-linejoin=\"round\" ";
         document += "d=\"" + paths[i] + "\"/></svg>";
     }
     return document + "</svg>";
@@ -70,21 +96,14 @@ QImage PathSheet::painted(double shift) const
 {
     QImage picture{columns * cell, heightFor(paths.size()), QImage::Format_Grayscale8};
     picture.fill(Qt::white);
-    QPainter painter{&picture};
-    painter.setRenderHint(QPainter::Antialiasing);
     for (std::size_t i = 0; i < paths.size(); ++i) {
-        const QRect place = cellOf(i);
-        painter.save();
-        painter.setClipRect(place);
-        painter.translate(place.x() + shift, place.y() + shift);
-        painter.scale(cell / unitsPerCell, cell / unitsPerCell);
         const QPainterPath path = painterPath(SVGPath::Parser{paths[i]}.run());
         if (ink == Ink::filled) {
-            painter.fillPath(path, Qt::black);
+            paintCell(picture, cellOf(i), path, shift);
         } else {
-            painter.strokePath(path, {Qt::black, strokeWidth, Qt::SolidLine, Qt::FlatCap, Qt::BevelJoin});
+            const QPen pen{Qt::black, strokeWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin};
+            paintCell(picture, cellOf(i), QPainterPathStroker{pen}.createStroke(path), shift);
         }
-        painter.restore();
     }
     return picture;
 }
@@ -97,15 +116,21 @@ QRect PathSheet::cellOf(std::size_t number) const
 
 Apart compare(const QImage& one, const QImage& other, const QRect& cell)
 {
-    int worst = 0;
-    int sum = 0;
+    constexpr int quarter = 64;
+    int strays = 0;
+    int differences = 0;
+    int edges = 0;
     for (int y = cell.top(); y <= cell.bottom(); ++y) {
         for (int x = cell.left(); x <= cell.right(); ++x) {
-            worst = std::max({worst, beyond(one, other, x, y, cell), beyond(other, one, x, y, cell)});
-            sum += std::abs(valueAt(one, x, y) - valueAt(other, x, y));
+            strays +=
+                std::max(beyond(one, other, x, y, cell), beyond(other, one, x, y, cell)) > quarter ? 1 : 0;
+            const int a = valueAt(one, x, y);
+            const int b = valueAt(other, x, y);
+            differences += std::abs(a - b);
+            edges += a != b || (a != 0 && a != white) ? 1 : 0;
         }
     }
-    return {worst / white, sum / white / (cell.width() * cell.height())};
+    return {edges == 0 ? 0 : static_cast<double>(differences) / white / edges, strays};
 }
 
 QString rsvgConvert() { return QStandardPaths::findExecutable(QStringLiteral("rsvg-convert")); }

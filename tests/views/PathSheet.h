@@ -28,13 +28,15 @@ struct PathSheet {
     QRect cellOf(std::size_t number) const;
 };
 
-/// How far apart two pictures of a path are, in shares of the way from black to white.
+/// How far apart two pictures of a path are.
 struct Apart {
-    /// Of any pixel in either from the range that the other has there and next to it. Where it is 0, no edge
-    /// is further away than a pixel, and the pictures differ in the smoothing of edges alone.
-    double beyondEdges = 0;
-    /// On average over the cell: how much more ink or less, wherever it is.
-    double mean = 0;
+    /// Of the pixels in which either is neither black nor white, the share of ink, from 0 to 1, that one has
+    /// more or less than the other, on average over them and those that differ otherwise. An edge that lies a
+    /// tenth of a pixel elsewhere makes about a tenth.
+    double onEdges = 0;
+    /// How many pixels of either are no mixture of what the other has there and next to it, by a quarter of the
+    /// way from black to white: no smoothing of an edge explains them.
+    int strays = 0;
 };
 
 /// Compares one cell of two pictures of a sheet.
