@@ -31,12 +31,14 @@ void RatioReporter::ReportRuns(const std::vector<Run>& runs)
         const bool onTheWall = !run.run_name.time_type.empty();
         const double time = onTheWall ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime();
         const double perItem = 1e6 / run.counters.at("items_per_second").value;
+        const auto bytes = run.counters.find("bytes_per_second");
+        const double speed = bytes == run.counters.end() ? 0 : bytes->second.value / 1e6;
 
         // The runs come in a random order; the families are numbered as they were registered.
         order_[run.family_index] = deed;
-        const auto [known, isNew] = deeds_[deed].try_emplace(who, Time{time, perItem});
+        const auto [known, isNew] = deeds_[deed].try_emplace(who, Time{time, perItem, speed});
         if (!isNew && time < known->second.microseconds) {
-            known->second = {time, perItem};
+            known->second = {time, perItem, speed};
         }
     }
 }
@@ -56,7 +58,12 @@ void RatioReporter::Finalize()
             continue;
         }
         out << std::left << std::setw(24) << deed << std::right << std::setw(14) << ours->second.microseconds
-            << " us" << std::setw(10) << ours->second.perItem << " us each";
+            << " us" << std::setw(10);
+        if (ours->second.megabytesPerSecond > 0) {
+            out << ours->second.megabytesPerSecond << " MB/s          ";
+        } else {
+            out << ours->second.perItem << " us each";
+        }
         for (const auto& [who, time] : times) {
             if (who != "roost") {
                 out << "  " << std::setw(6) << ours->second.microseconds / time.microseconds << " x " << who;

@@ -9,9 +9,9 @@
 
 namespace roost::bench {
 
-/// Prints one line per deed when all is done: our time, that for each profile or text, and how many times the
-/// time of each peer that is. Of repeated runs the quickest counts, since whatever else the machine does only
-/// ever adds.
+/// Prints one line per deed when all is done: our time, that for each profile or text or our speed, and how many
+/// times the time of each peer that is. Of repeated runs the quickest counts, since whatever else the machine
+/// does only ever adds.
 class RatioReporter : public benchmark::BenchmarkReporter {
 public:
     bool ReportContext(const Context& context) override;
@@ -25,6 +25,8 @@ private:
     struct Time {
         double microseconds = 0;
         double perItem = 0;
+        /// Of deeds that are measured by the bytes they go through; else 0.
+        double megabytesPerSecond = 0;
     };
 
     /// The times of each deed, by who did it.
