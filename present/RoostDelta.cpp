@@ -2,6 +2,7 @@
 
 #include "model/CheckedArithmetic.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace roost {
@@ -32,15 +33,16 @@ std::optional<RoostDelta> RoostDelta::of(const RoostSnapshot::Views& views)
 
 std::optional<RoostDelta> RoostDelta::of(const RoostSnapshot::Followers& followers)
 {
-    std::int64_t gained = 0;
-    for (const auto& network : followers.networks) {
-        if (!network.delta7) {
-            return std::nullopt;
-        }
-        gained = checkedSum(gained, *network.delta7);
-    }
-    if (followers.networks.empty()) {
+    using Network = RoostSnapshot::Followers::FollowerNetwork;
+    const auto& networks = followers.networks;
+    // Before anything is added up: what is unknown has no sum that could overflow.
+    if (networks.empty() ||
+        !std::ranges::all_of(networks, [](const Network& each) { return each.delta7.has_value(); })) {
         return std::nullopt;
+    }
+    std::int64_t gained = 0;
+    for (const Network& network : networks) {
+        gained = checkedSum(gained, *network.delta7);
     }
     const std::int64_t previous = checkedDifference(followers.total, gained);
     return previous < 1 ? std::nullopt : measured(gained, previous);

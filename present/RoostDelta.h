@@ -22,7 +22,7 @@ struct RoostDelta {
     static std::optional<RoostDelta> of(const RoostSnapshot::Views& views);
 
     /// The change of the followers over seven days, by the same rule; nothing when any network, or the lack
-    /// of networks, leaves it unknown.
+    /// of networks, leaves it unknown. Ends the program when what is known does not fit into 64 bits.
     static std::optional<RoostDelta> of(const RoostSnapshot::Followers& followers);
 };
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 
 namespace roost {
@@ -88,6 +89,8 @@ TEST(FollowersDelta, NeedsTheChangeOfEveryNetwork)
     EXPECT_EQ(ofFollowers(100, {}), std::nullopt);
     EXPECT_EQ(ofFollowers(100, {std::nullopt}), std::nullopt);
     EXPECT_EQ(ofFollowers(100, {10, std::nullopt, 10}), std::nullopt);
+    EXPECT_EQ(ofFollowers(100, {most, 1, std::nullopt}), std::nullopt);
+    EXPECT_EQ(ofFollowers(least, {1, std::nullopt}), std::nullopt);
 }
 
 TEST(FollowersDelta, NeedsFollowersToStartFrom)
