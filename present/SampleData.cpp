@@ -111,7 +111,7 @@ RoostSnapshot rich(Date now)
     made.best = {"tiktok", "TikTok", 12'480, "Shaping 200 rolls before sunrise",
                  WebURL::parse("https://social.example/video/73")};
     made.followers = {18'342,
-                      totals({17'900, 17'960, 18'010, 18'004, 18'121, 18'190, 18'236, 18'342}),
+                      totals({17'960, 17'998, 18'047, 18'031, 18'121, 18'190, 18'236, 18'342}),
                       {{"instagram", "harbourbakery", 11'020, 214},
                        {"tiktok", "harbourbakery", 5'710, 198},
                        {"bluesky", "harbour.example", 1'612, -30}}};
@@ -132,7 +132,7 @@ RoostSnapshot sparse(Date now)
 RoostSnapshot failingNetworks(Date now)
 {
     RoostSnapshot made = snapshotOf({"sample-failing", "Harbour Bakery", std::nullopt});
-    made.views = {7, 1'204, 2'860, Basis::published, views({610, 420, 377, 0, 260, 88, 59})};
+    made.views = {7, 1'204, 2'860, Basis::published, views({410, 280, 207, 0, 160, 88, 59})};
     made.networks = {
         {"instagram", "Instagram", "harbourbakery", std::nullopt, 2, Reporting::failed},
         {"x", "X", "harbourbakery", 912, 4, Reporting::failed},

@@ -1,7 +1,5 @@
 #include "present/SeriesScale.h"
 
-#include "model/CheckedArithmetic.h"
-
 #include <algorithm>
 #include <ranges>
 #include <span>
@@ -39,16 +37,6 @@ std::vector<RoostBar> bars(const std::vector<Day>& series, std::int64_t days)
             {day.day, day.views, std::clamp(height, 0.0, 1.0), &day == &shown.back(), &day == tallest});
     }
     return made;
-}
-
-std::vector<Day> dailyGains(const std::vector<RoostSnapshot::Followers::Day>& totals)
-{
-    std::vector<Day> gains;
-    for (std::size_t later = 1; later < totals.size(); ++later) {
-        const std::int64_t change = checkedDifference(totals[later].total, totals[later - 1].total);
-        gains.push_back({totals[later].day, std::max(change, std::int64_t{0})});
-    }
-    return gains;
 }
 
 } // namespace roost::SeriesScale

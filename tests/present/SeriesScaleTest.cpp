@@ -15,20 +15,14 @@ using testing::IsEmpty;
 constexpr auto least = std::numeric_limits<std::int64_t>::min();
 constexpr auto most = std::numeric_limits<std::int64_t>::max();
 
-/// A series of these values, its days named "0", "1", …
-template <class Day>
-std::vector<Day> series(const std::vector<std::int64_t>& values)
-{
-    std::vector<Day> days;
-    for (const std::int64_t value : values) {
-        days.push_back({std::to_string(days.size()), value});
-    }
-    return days;
-}
-
+/// The bars of these values, their days named "0", "1", …
 std::vector<RoostBar> bars(const std::vector<std::int64_t>& values, std::int64_t days = 7)
 {
-    return SeriesScale::bars(series<RoostSnapshot::Views::Day>(values), days);
+    std::vector<RoostSnapshot::Views::Day> series;
+    for (const std::int64_t value : values) {
+        series.push_back({std::to_string(series.size()), value});
+    }
+    return SeriesScale::bars(series, days);
 }
 
 TEST(SeriesScale, GivesNoBarsForNoDays)
@@ -113,31 +107,6 @@ TEST(SeriesScale, KeepsItsLawsForAnySeries)
             }));
         }
     }
-}
-
-std::vector<RoostSnapshot::Views::Day> gains(const std::vector<std::int64_t>& totals)
-{
-    return SeriesScale::dailyGains(series<RoostSnapshot::Followers::Day>(totals));
-}
-
-TEST(DailyGains, CompareEachDayWithTheOneBefore)
-{
-    using Day = RoostSnapshot::Views::Day;
-    EXPECT_THAT(gains({100, 110, 110, 105, 130}),
-                ElementsAre(Day{"1", 10}, Day{"2", 0}, Day{"3", 0}, Day{"4", 25}));
-}
-
-TEST(DailyGains, NeedTwoDays)
-{
-    EXPECT_THAT(gains({}), IsEmpty());
-    EXPECT_THAT(gains({5}), IsEmpty());
-    EXPECT_THAT(SeriesScale::bars(gains({5}), 7), IsEmpty());
-}
-
-TEST(DailyGainsDeathTest, EndTheProgramOnTotalsThatCannotBeSubtracted)
-{
-    EXPECT_DEATH(gains({-1, most}), "integer overflow");
-    EXPECT_DEATH(gains({1, least}), "integer overflow");
 }
 
 } // namespace
