@@ -12,7 +12,7 @@ constexpr std::array<std::string_view, allFamilies.size()> names{"small", "mediu
 
 std::string_view rawText(RoostFamily family) { return names.at(static_cast<std::size_t>(family)); }
 
-std::optional<RoostFamily> family(std::string_view rawText)
+std::optional<RoostFamily> widgetFamily(std::string_view rawText)
 {
     const auto found = std::ranges::find(names, rawText);
     return found == names.end() ? std::nullopt

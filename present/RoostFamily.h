@@ -16,7 +16,7 @@ inline constexpr std::array allFamilies{RoostFamily::small, RoostFamily::medium,
 std::string_view rawText(RoostFamily family);
 
 /// The family of that name, letter by letter; nothing for any other text.
-std::optional<RoostFamily> family(std::string_view rawText);
+std::optional<RoostFamily> widgetFamily(std::string_view rawText);
 
 /// The size of its detail text, in points.
 int detailSize(RoostFamily family);

@@ -11,9 +11,9 @@ namespace {
 TEST(RoostFamilyTest, HasANameForEachFamilyInOrder)
 {
     std::vector<std::string> names;
-    for (const RoostFamily each : allFamilies) {
-        names.emplace_back(rawText(each));
-        EXPECT_EQ(family(rawText(each)), each);
+    for (const RoostFamily family : allFamilies) {
+        names.emplace_back(rawText(family));
+        EXPECT_EQ(widgetFamily(rawText(family)), family);
     }
     EXPECT_THAT(names, testing::ElementsAre("small", "medium", "large", "extraLarge"));
 }
@@ -21,7 +21,7 @@ TEST(RoostFamilyTest, HasANameForEachFamilyInOrder)
 TEST(RoostFamilyTest, KnowsNoOtherNames)
 {
     for (const char* name : {"Small", "extralarge", "extra", "", "1"}) {
-        EXPECT_EQ(family(name), std::nullopt) << name;
+        EXPECT_EQ(widgetFamily(name), std::nullopt) << name;
     }
 }
 
