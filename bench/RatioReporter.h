@@ -9,9 +9,9 @@
 
 namespace roost::bench {
 
-/// Prints one line per deed when all is done: our time, that for each profile or text or our speed, and how many
-/// times the time of each peer that is. Of repeated runs the quickest counts, since whatever else the machine
-/// does only ever adds.
+/// Prints one line per deed when all is done: our time, our speed in bytes or else our time for each profile
+/// or text, and how many times the time of each peer ours is. Of repeated runs the quickest counts, since
+/// whatever else the machine does only ever adds.
 class RatioReporter : public benchmark::BenchmarkReporter {
 public:
     bool ReportContext(const Context& context) override;

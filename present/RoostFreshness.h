@@ -4,8 +4,8 @@
 
 namespace roost {
 
-/// How old numbers are. A plain value. When they count as stale is nobody's business here: views show the
-/// age.
+/// How old numbers are. A plain value. There is no age from which they count as stale: views show it, and
+/// people judge.
 struct RoostFreshness {
     /// Since they were fetched; never negative.
     std::chrono::duration<double> age{0};

@@ -16,7 +16,7 @@ struct RoostWidgetModel {
     Content content;
     /// The instant that it is drawn for: ages and days count from it.
     Date now;
-    /// How many bars a chart has.
+    /// How many daily bars a chart has at most.
     std::int64_t days = 7;
     RoostFormat format;
     /// The web app, for links that open it.
