@@ -37,7 +37,8 @@ private:
     /// What is stored now, maybe by another process. UTF-8.
     virtual std::optional<std::string> stored(std::string_view key) const = 0;
 
-    /// Stores `text`, or removes the key. A failure leaves what is there; the user can choose again.
+    /// Stores `text`, or removes the key. A failure leaves the other keys as they are; nobody is told, since
+    /// the user can choose again.
     virtual void store(std::string_view key, const std::optional<std::string>& text) = 0;
 
     std::map<std::string, bool, std::less<>> defaults_;

@@ -2,6 +2,7 @@
 
 #include <QStandardPaths>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 
 namespace roost {
@@ -30,7 +31,12 @@ std::optional<std::string> IniSettings::stored(std::string_view key) const
 {
     settings_.sync();
     const QVariant value = settings_.value(textOf(key));
-    return value.isValid() ? std::optional{value.toString().toStdString()} : std::nullopt;
+    if (!value.isValid()) {
+        return std::nullopt;
+    }
+    // Somebody who edits the file does not quote a text with a comma, which makes it a list.
+    const bool isList = value.typeId() == QMetaType::QStringList;
+    return (isList ? value.toStringList().join(QLatin1Char(',')) : value.toString()).toStdString();
 }
 
 void IniSettings::store(std::string_view key, const std::optional<std::string>& text)

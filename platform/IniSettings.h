@@ -9,7 +9,9 @@
 namespace roost {
 
 /// The settings in an ini file, section "General". Every call looks at the file, so that several processes of
-/// the user agree; one that writes keeps what others wrote. Main thread.
+/// the user agree. The file is replaced whole, under a lock file beside it: one that writes keeps what others
+/// wrote, and of a file that is partly broken the lines that can be read. What cannot be written holds in
+/// this process, and goes out with the first call that can. Main thread.
 class IniSettings final : public Settings {
 public:
     /// `file` and its folder are made when something is stored.

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 namespace roost {
 namespace {
 
@@ -64,6 +66,72 @@ TEST_F(IniSettingsTest, SeeAndKeepWhatAnotherProcessStores)
     const IniSettings next{file};
     EXPECT_EQ(next.text("notify.followers"), "true");
     EXPECT_EQ(next.text("notify.milestones"), "false");
+}
+
+TEST_F(IniSettingsTest, LoseNothingThatTwoProcessesStoreAtOnce)
+{
+    constexpr int count = 20;
+    const auto storeAll = [this](const std::string& who) {
+        IniSettings mine{file};
+        for (int i = 0; i < count; ++i) {
+            mine.setText(who + std::to_string(i), who);
+        }
+    };
+    test::ChildProcess other{[&storeAll](const test::ChildProcess::Voice&) { storeAll("child"); }};
+    storeAll("parent");
+    other.wait();
+    ASSERT_EQ(other.signal(), 0);
+    for (const std::string who : {"child", "parent"}) {
+        for (int i = 0; i < count; ++i) {
+            EXPECT_EQ(settings.text(who + std::to_string(i)), who) << i;
+        }
+    }
+    // Nothing is left beside the file: no lock, no half of it.
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator{file.parent_path()}, {}), 1);
+}
+
+TEST_F(IniSettingsTest, ReadWhatPeopleWriteByHand)
+{
+    std::filesystem::create_directories(file.parent_path());
+    test::putBytes(file, "; mine\r\n[General]\r\nnotify.milestones = false \r\nselectedProfileId=a,b\r\n"
+                         "notify.followers=true,false\r\n");
+    EXPECT_EQ(settings.text("notify.milestones"), "false");
+    EXPECT_EQ(settings.text("selectedProfileId"), "a,b");
+    settings.registerDefaults(std::array{Settings::Default{"notify.followers", true}});
+    EXPECT_TRUE(settings.boolean("notify.followers"));
+}
+
+TEST_F(IniSettingsTest, KeepTheGoodLinesOfABrokenFile)
+{
+    std::filesystem::create_directories(file.parent_path());
+    test::putBytes(file, "[General]\nnotify.milestones=false\nno sign\n[[[\nselectedProfileId=p-1\n");
+    EXPECT_FALSE(settings.boolean("notify.milestones"));
+    settings.setBoolean("notify.followers", false);
+    const IniSettings next{file};
+    EXPECT_EQ(next.text("notify.milestones"), "false");
+    EXPECT_EQ(next.text("notify.followers"), "false");
+}
+
+TEST_F(IniSettingsTest, ReplaceNoFileThatCannotBeRead)
+{
+    const std::string contents = "[General]\nselectedProfileId=p-1\n";
+    EXPECT_EQ(test::withoutPrivileges(
+                  [&] {
+                      const std::filesystem::path locked = scratch / "locked.ini";
+                      test::putBytes(locked, contents);
+                      std::filesystem::permissions(locked, std::filesystem::perms::none);
+                      IniSettings mine{locked};
+                      std::string told = mine.text("selectedProfileId").value_or("nothing");
+                      mine.setBoolean("notify.followers", false);
+                      told += mine.text("notify.followers") == "false" ? ", holds here" : ", lost";
+                      std::filesystem::permissions(locked, std::filesystem::perms::owner_all);
+                      told += test::bytesOf(locked) == contents ? ", kept" : ", gone";
+                      // What could not be written goes out now.
+                      told += ", " + mine.text("selectedProfileId").value_or("nothing");
+                      return told + ", " + IniSettings{locked}.text("notify.followers").value_or("nothing");
+                  },
+                  scratch.path()),
+              "nothing, holds here, kept, p-1, false");
 }
 
 TEST_F(IniSettingsTest, AreEmptyWithAFileThatIsNone)
