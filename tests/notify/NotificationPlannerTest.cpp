@@ -39,7 +39,7 @@ TEST_F(NotificationPlannerTest, OnlySeedsWithoutAPreviousSnapshot)
     current.best = bestWith(15'000);
     current.posts.next = {item("a", noon)};
     current.posts.failed = 3;
-    current.followers.emplace().total = 10;
+    current.followers.emplace(RoostSnapshot::Followers{}).total = 10;
     previous.reset();
     EXPECT_THAT(events(), IsEmpty());
     EXPECT_THAT(keys(), ElementsAre("p1|best:bluesky|Hello", "p1|milestone:bluesky|Hello:1000",
@@ -66,7 +66,7 @@ TEST_F(NotificationPlannerTest, SeedsNoMilestoneThatIsNotPassed)
 TEST_F(NotificationPlannerTest, SeedsNothingWithoutABestPost)
 {
     current.posts.next = {item("a", noon)};
-    current.followers.emplace().total = 10;
+    current.followers.emplace(RoostSnapshot::Followers{}).total = 10;
     EXPECT_THAT(NotificationPlanner::seed("p1", current), IsEmpty());
     previous.reset();
     EXPECT_EQ(plan(), NotificationPlan{});

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <limits>
+#include <ranges>
 #include <span>
 #include <utility>
 
@@ -37,16 +38,19 @@ std::vector<std::int64_t> crossed(const RoostSnapshot& before, const BestPost& b
     return passed;
 }
 
-/// The posts that count as published or failed, earliest first.
+/// The posts that count as published or failed, earliest first; those of one time in the order of the queue.
 std::vector<Next> vanished(const SnapshotPair& pair, const RoostSnapshot& before)
 {
-    std::vector<Next> gone;
-    std::ranges::copy_if(before.posts.next, std::back_inserter(gone), [&](const Next& post) {
-        return post.at <= pair.now.generatedAt &&
-               std::ranges::find(pair.now.posts.next, post.id, &Next::id) == pair.now.posts.next.end();
-    });
-    std::ranges::stable_sort(gone, {}, &Next::at);
-    return gone;
+    std::multimap<Date, Next> gone;
+    for (const Next& post : before.posts.next) {
+        if (post.at <= pair.now.generatedAt &&
+            std::ranges::find(pair.now.posts.next, post.id, &Next::id) == pair.now.posts.next.end()) {
+            gone.emplace(post.at, post);
+        }
+    }
+    std::vector<Next> earliestFirst;
+    std::ranges::copy(gone | std::views::values, std::back_inserter(earliestFirst));
+    return earliestFirst;
 }
 
 } // namespace

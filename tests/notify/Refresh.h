@@ -41,8 +41,8 @@ struct Refresh {
 
     void followers(std::int64_t before, std::int64_t after)
     {
-        previous->followers.emplace().total = before;
-        current.followers.emplace().total = after;
+        previous->followers.emplace(RoostSnapshot::Followers{}).total = before;
+        current.followers.emplace(RoostSnapshot::Followers{}).total = after;
     }
 
     NotificationPlan plan() const { return planner.plan("p1", previous, current, ledger); }

@@ -35,7 +35,8 @@ RoostSnapshot SnapshotPairs::snapshot()
         made.posts.next.push_back(post());
     }
     if (below(4) != 0) {
-        made.followers.emplace().total = oneOf(std::array<std::int64_t, 5>{-1, 0, 1, 1'204, 999'999});
+        made.followers.emplace(RoostSnapshot::Followers{}).total =
+            oneOf(std::array<std::int64_t, 5>{-1, 0, 1, 1'204, 999'999});
     }
     return made;
 }
