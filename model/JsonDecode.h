@@ -53,7 +53,6 @@ Problem read(Value value, std::map<std::string, Element>& out, int depth)
         std::string key{keyOf(entry)};
         Element element{};
         if (Problem found = json::read(entryValue, element, depth + 1)) {
-            out.erase(key);
             wrong.insert_or_assign(std::move(key), std::pair{place, std::move(found)});
         } else {
             wrong.erase(key);

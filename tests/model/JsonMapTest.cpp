@@ -3,6 +3,7 @@
 #include "tests/support/RandomSnapshot.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 namespace roost {
 namespace {
@@ -134,6 +135,80 @@ TEST(MapInJson, ComesBackAsItWasWritten)
         }
         ASSERT_EQ(decoded(RoostJSON::encoder().encode(shelf)), shelf);
     }
+}
+
+/// What another library makes of `text`; nothing where that is no shelf.
+std::optional<Shelf> readByOthers(const std::string& text)
+{
+    const auto json = nlohmann::json::parse(text, nullptr, false);
+    if (!json.is_object() || !json.contains("labels") || !json["labels"].is_object()) {
+        return std::nullopt;
+    }
+    const auto boxes = json.value("boxes", nlohmann::json{});
+    if (!boxes.is_null() && !boxes.is_object()) {
+        return std::nullopt;
+    }
+    Shelf shelf;
+    for (const auto& [key, box] : boxes.items()) {
+        const auto isNumber = [](const auto& each) { return each.is_number_integer(); };
+        if (!box.is_array() || !std::ranges::all_of(box, isNumber)) {
+            return std::nullopt;
+        }
+        shelf.boxes[key] = box.template get<std::vector<std::int64_t>>();
+    }
+    for (const auto& [key, label] : json["labels"].items()) {
+        const auto date =
+            label.is_string() ? RoostJSON::parseDate(label.template get<std::string>()) : std::nullopt;
+        if (!date) {
+            return std::nullopt;
+        }
+        shelf.labels[key] = *date;
+    }
+    return shelf;
+}
+
+TEST(MapInJson, IsReadAsAnotherLibraryReadsItHoweverItIsBroken)
+{
+    constexpr std::string_view pieces = R"({}[]":,\un09a-.)";
+    test::RandomSnapshot random{20251121};
+    int good = 0;
+    int bad = 0;
+    for (int round = 0; round < 20'000; ++round) {
+        Shelf shelf;
+        for (std::uint64_t count = random.below(4); count > 0; --count) {
+            shelf.labels[random.below(2) == 0 ? "a" : random.text()] = random.date();
+            shelf.boxes[random.below(2) == 0 ? "a" : "b"] = {static_cast<std::int64_t>(random.below(100))};
+        }
+        std::string text = RoostJSON::encoder().encode(shelf);
+        for (std::uint64_t count = random.below(3); count > 0; --count) {
+            const std::size_t place = random.below(text.size());
+            const std::string piece{pieces.at(random.below(pieces.size()))};
+            switch (random.below(4)) {
+            case 0:
+                text.erase(place, 1);
+                break;
+            case 1:
+                text.insert(place, piece);
+                break;
+            case 2:
+                text.replace(place, 1, piece);
+                break;
+            default: // the same key twice
+                if (const auto key = text.find(R"("b":)"); key != std::string::npos) {
+                    text[key + 1] = 'a';
+                }
+            }
+        }
+        const auto ours = decoded(text);
+        const auto theirs = readByOthers(text);
+        ASSERT_EQ(ours.has_value(), theirs.has_value()) << text;
+        if (theirs) {
+            ASSERT_EQ(*ours, *theirs) << text;
+        }
+        ++(theirs ? good : bad);
+    }
+    EXPECT_GT(good, 5'000);
+    EXPECT_GT(bad, 5'000);
 }
 
 } // namespace
