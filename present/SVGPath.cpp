@@ -46,7 +46,7 @@ bool isTooLarge(std::string_view text)
     }
     const std::size_t point = std::min(text.find('.'), exponentAt);
     const std::size_t first = text.find_first_of("123456789");
-    return static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first) + shift > 0;
+    return shift > static_cast<std::int64_t>(first) - static_cast<std::int64_t>(point);
 }
 
 /// The double nearest to a well-formed `text`; 0 where that is too small, nothing where it is too large.

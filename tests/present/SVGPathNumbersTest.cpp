@@ -92,6 +92,15 @@ TEST(SVGPathNumbers, AreNoneWhereTheyAreTooLarge)
     }
 }
 
+TEST(SVGPathNumbers, HaveExponentsUpToTheLargestInteger)
+{
+    for (const char* number : {"16", "0.00016"}) {
+        const std::string text = number;
+        EXPECT_EQ(elementsOf("M1 2H" + text + "e9223372036854775807"), (Elements{Move{{1, 2}}})) << text;
+        EXPECT_EQ(pairOf("1 " + text + "e-9223372036854775808"), (PathPoint{1, 0})) << text;
+    }
+}
+
 TEST(SVGPathNumbers, DoNotDependOnTheLocale)
 {
     const CommaLocale commas;
