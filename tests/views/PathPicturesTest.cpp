@@ -1,3 +1,4 @@
+#include "present/SVGPath.h"
 #include "tests/views/PathCases.h"
 #include "tests/views/PathSheet.h"
 
@@ -12,8 +13,8 @@ namespace {
 using namespace roost::test;
 using testing::IsEmpty;
 
-/// What is allowed between two renderers that smooth edges and draw the ends of strokes in their own ways. The
-/// worst seen are 0.053 and 3, of 4096 pixels.
+/// What is allowed between two renderers that smooth edges and draw the ends of strokes in their own ways.
+/// The worst seen are 0.053 and 3, of 4096 pixels.
 constexpr Apart allowed{.onEdges = 0.06, .strays = 4};
 
 bool areSame(const Apart& apart)
@@ -59,6 +60,18 @@ TEST_P(PathPictures, OfRandomPathsAreTheSameAsLibrsvgs)
     const QImage theirs = drawnByRsvg(sheet.svg());
     ASSERT_FALSE(theirs.isNull());
     EXPECT_THAT(differing(sheet, sheet.painted(), theirs), IsEmpty());
+}
+
+TEST_P(PathPictures, OfThePathsThatWeWriteAreTheSameToLibrsvg)
+{
+    const PathSheet sheet{writtenPaths(), GetParam()};
+    PathSheet rewritten = sheet;
+    for (std::string& path : rewritten.paths) {
+        path = roost::SVGPath::text(roost::SVGPath::Parser{path}.run());
+    }
+    const QImage theirs = drawnByRsvg(sheet.svg());
+    ASSERT_FALSE(theirs.isNull());
+    EXPECT_THAT(differing(sheet, drawnByRsvg(rewritten.svg()), theirs), IsEmpty());
 }
 
 INSTANTIATE_TEST_SUITE_P(Inks, PathPictures, testing::Values(PathSheet::Ink::filled, PathSheet::Ink::stroked),
