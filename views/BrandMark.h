@@ -4,6 +4,7 @@
 
 #include <QColor>
 #include <QPainter>
+#include <QRectF>
 
 #include <optional>
 #include <string>
@@ -20,6 +21,10 @@ struct BrandMark {
     /// The side of the square that it stands in, in the units of the painter.
     double size = 0;
     QColor color;
+
+    /// What is painted, for a square with its upper left corner at the origin: the square, or what half the
+    /// line of a badge's frame adds to it on all sides.
+    QRectF extent(BrandMarkCache& cache) const;
 
     /// Paints the square with its upper left corner at `corner`. The painter's state is as before afterwards.
     void paint(QPainter& painter, QPointF corner, BrandMarkCache& cache) const;

@@ -135,6 +135,45 @@ TEST_F(BrandMarkTest, SetsTheLetterInTheMiddleOfTheBadge)
     }
 }
 
+/// How many pixels are dark.
+int inkIn(const QImage& picture)
+{
+    int count = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            count += picture.pixelColor(x, y).lightness() < 128 ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+TEST_F(BrandMarkTest, SetsTheLetterAtItsSizeInAHeavyFont)
+{
+    constexpr int large = 1000;
+    constexpr double fontSize = 0.52 * side;
+    QFont usual;
+    usual.setPixelSize(large);
+    const QImage letter = inside(painted("mastodon", "Hotel"));
+    // Rounded fonts have capitals a little lower than others.
+    EXPECT_NEAR(inkOf(letter).height(), QFontMetricsF{usual}.capHeight() / large * fontSize, 2.5);
+
+    QImage light{letter.size(), QImage::Format_RGB32};
+    light.fill(Qt::white);
+    QPainter painter{&light};
+    painter.setRenderHint(QPainter::Antialiasing);
+    usual.setPixelSize(qRound(fontSize));
+    painter.setFont(usual);
+    painter.drawText(light.rect(), Qt::AlignCenter, QStringLiteral("H"));
+    painter.end();
+    EXPECT_GE(inkIn(letter), inkIn(light) * 5 / 4);
+}
+
+TEST_F(BrandMarkTest, ReachesBeyondItsSquareWithHalfOfTheLineOfAFrame)
+{
+    EXPECT_EQ((BrandMark{"x", std::nullopt, 50, Qt::black}.extent(cache_)), QRectF(0, 0, 50, 50));
+    EXPECT_EQ((BrandMark{"mastodon", std::nullopt, 50, Qt::black}.extent(cache_)), QRectF(-2, -2, 54, 54));
+}
+
 TEST_F(BrandMarkTest, SetsTheLetterOfTheLabelAndElseOfThePlatform)
 {
     EXPECT_EQ(painted("mastodon", "Zeta"), painted("other", "zoo"));
