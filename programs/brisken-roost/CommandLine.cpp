@@ -1,6 +1,6 @@
 #include "programs/brisken-roost/CommandLine.h"
 
-#include <QCommandLineParser>
+#include "programs/common/CommandOptions.h"
 
 #include <algorithm>
 #include <iterator>
@@ -37,11 +37,6 @@ Options:
 Exit codes: 0 fine, 1 failure, 2 wrong usage, 3 nothing to show or signed out,
 4 shown, but older than 15 minutes. More: man brisken-roost
 )");
-
-std::optional<QString> valueOf(const QCommandLineParser& parser, const QString& option)
-{
-    return parser.isSet(option) ? std::optional{parser.value(option)} : std::nullopt;
-}
 
 std::expected<StatusFormat, QString> formatFrom(const QString& name)
 {
@@ -138,20 +133,13 @@ const Grammar grammars[] = {
     {QStringLiteral("fetch"), {QStringLiteral("profile"), QStringLiteral("base-url")}, 0, fetchFrom},
 };
 
-void addOptions(QCommandLineParser& parser, const QStringList& takingValues)
-{
-    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
-    parser.addOption({QStringLiteral("help"), QString{}});
-    parser.addOption({QStringLiteral("version"), QString{}});
-    for (const QString& option : QStringList{QStringLiteral("info")} + takingValues) {
-        parser.addOption({option, QString{}, QStringLiteral("VALUE")});
-    }
-}
+/// What may be given with every command.
+const QStringList generalOptions{QStringLiteral("info")};
 
 /// The grammar of the first word that is neither an option nor the value of one; null where there is none.
 const Grammar* grammarOf(const QStringList& arguments)
 {
-    QStringList every;
+    QStringList every = generalOptions;
     for (const Grammar& grammar : grammars) {
         every += grammar.options;
     }
@@ -175,9 +163,9 @@ std::expected<CommandLine, QString> parseCommandLine(const QStringList& words, c
     const QStringList arguments = QStringList{QString{}} + words;
     const Grammar* grammar = grammarOf(arguments);
     QCommandLineParser parser;
-    addOptions(parser, grammar != nullptr ? grammar->options : QStringList{});
+    addOptions(parser, generalOptions + (grammar != nullptr ? grammar->options : QStringList{}));
     if (!parser.parse(arguments)) {
-        return unusable(parser.errorText() + QLatin1Char('.'));
+        return unusable(parser.errorText());
     }
     CommandLine line;
     line.infoFile = valueOf(parser, QStringLiteral("info"));

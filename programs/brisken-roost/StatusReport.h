@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/RoostStoreFile.h"
-#include "programs/brisken-roost/ExitCode.h"
+#include "programs/common/ExitCode.h"
 
 #include <chrono>
 #include <optional>

@@ -165,8 +165,5 @@ int main(int argc, char* argv[])
         QLoggingCategory::setFilterRules(QStringLiteral("world.brisken.roost.mac.*.info=false"));
     }
     QCoreApplication application{argc, argv};
-    const CommandResult result = run(QCoreApplication::arguments().sliced(1));
-    const bool written = std::fputs(result.output.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
-    std::fputs(result.error.c_str(), stderr);
-    return static_cast<int>(written ? result.code : ExitCode::failure);
+    return finished(run(QCoreApplication::arguments().sliced(1)));
 }

@@ -2,7 +2,7 @@
 
 namespace roost {
 
-/// What the program tells its caller by its exit code; documented in the manual page.
+/// What a program tells its caller by its exit code; documented in its manual page.
 enum class ExitCode {
     fine = 0,
     failure = 1,
