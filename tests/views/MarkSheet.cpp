@@ -45,7 +45,10 @@ void paintHalf(QPainter& painter, int left, const QColor& paper, const QColor& i
 
 } // namespace
 
-/// Writes a picture of every mark at several sizes, dark on light and light on dark, to the given file.
+/// Writes a picture of every mark at several sizes, dark on light and light on dark, to the given file:
+///
+///     cmake --build --preset dev --target mark-sheet
+///     build/dev/tests/views/mark-sheet docs/pictures/marks.png
 int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
