@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace roost::bench {
 
@@ -12,9 +13,9 @@ struct Bounds {
     double height = 0;
 };
 
-/// A document with one path, of the identifier "path", drawn from `data`. Its reading is what can be measured
-/// of the peers, which keep their parsers of path data to themselves.
-std::string svgDocument(const std::string& data);
+/// A document with these paths, the first of the identifier "path". Its reading is what can be measured of
+/// the peers, which keep their parsers of path data to themselves.
+std::string svgDocument(const std::vector<std::string>& paths);
 
 /// Qt's SVG renderer.
 namespace qtSvgPeer {

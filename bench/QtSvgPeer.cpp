@@ -3,12 +3,20 @@
 #include <QByteArray>
 #include <QSvgRenderer>
 
+#include <string_view>
+#include <utility>
+
 namespace roost::bench {
 
-std::string svgDocument(const std::string& data)
+std::string svgDocument(const std::vector<std::string>& paths)
 {
-    return "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"1000\" height=\"1000\"><path id=\"path\" d=\"" +
-           data + "\"/></svg>";
+    std::string document = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"1000\" height=\"1000\">";
+    std::string_view identifier = " id=\"path\"";
+    for (const std::string& data : paths) {
+        document.append("<path").append(std::exchange(identifier, "")).append(" d=\"");
+        document.append(data).append("\"/>");
+    }
+    return document + "</svg>";
 }
 
 namespace qtSvgPeer {
