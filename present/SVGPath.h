@@ -57,9 +57,10 @@ private:
     std::optional<PathPoint> lastQuadControl_;
 };
 
-/// `path` as path data of absolute commands, in the same letters for every locale: the form in which paths get
-/// to QML, where a `ShapePath` with `fillRule: ShapePath.WindingFill` takes it by `PathSvg { path: … }`. From
-/// it the parser reads an equal path, as long as all its numbers are finite; other numbers are no path data.
+/// `path` as path data of absolute commands, in the same letters for every locale: the form in which paths
+/// get to QML, where a `ShapePath` with `fillRule: ShapePath.WindingFill` takes it by `PathSvg { path: … }`.
+/// From it the parser reads an equal path, as long as all its numbers are finite; other numbers are no path
+/// data.
 std::string text(const VectorPath& path);
 
 } // namespace roost::SVGPath

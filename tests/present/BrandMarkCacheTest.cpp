@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <barrier>
 #include <string>
 #include <thread>
 #include <vector>
@@ -43,25 +44,31 @@ TEST(BrandMarkCache, ParsesAMarkOnce)
 
 TEST(BrandMarkCache, GivesEveryThreadTheSameMarks)
 {
-    BrandMarkCache cache;
-    constexpr std::size_t threadCount = 8;
-    std::vector<std::vector<const VectorPath*>> seen(threadCount);
-    {
-        std::vector<std::jthread> threads;
-        for (auto& mine : seen) {
-            threads.emplace_back([&cache, &mine] {
-                for (int round = 0; round < 100; ++round) {
+    // Many caches, since only the first look at one can go wrong.
+    constexpr int rounds = 300;
+    constexpr std::size_t threadCount = 4;
+    for (int round = 0; round < rounds; ++round) {
+        BrandMarkCache cache;
+        std::vector<std::vector<const VectorPath*>> seen(threadCount);
+        {
+            std::barrier together{threadCount};
+            std::vector<std::jthread> threads;
+            for (auto& mine : seen) {
+                threads.emplace_back([&cache, &mine, &together] {
                     for (const auto& entry : BrandMarkData::paths) {
+                        together.arrive_and_wait();
                         mine.push_back(cache.path(entry.platform));
                         cache.path("mastodon");
                     }
-                }
-            });
+                });
+            }
         }
-    }
-    for (const auto& marks : seen) {
-        EXPECT_EQ(marks, seen.front());
-        EXPECT_EQ(marks.front(), cache.path(BrandMarkData::paths.front().platform));
+        for (const auto& marks : seen) {
+            ASSERT_EQ(marks, seen.front());
+        }
+        for (std::size_t i = 0; i < BrandMarkData::paths.size(); ++i) {
+            ASSERT_EQ(cache.path(BrandMarkData::paths[i].platform), seen.front()[i]);
+        }
     }
 }
 

@@ -92,8 +92,10 @@ TEST(SVGPathNumbers, AreNoneWhereTheyAreTooLarge)
     }
 }
 
-TEST(SVGPathNumbers, HaveExponentsUpToTheLargestInteger)
+TEST(SVGPathNumbers, HaveExponentsUpToTheLargestIntegerAndBeyond)
 {
+    EXPECT_EQ(elementsOf("M1 2H5e99999999999999999999"), (Elements{Move{{1, 2}}}));
+    EXPECT_EQ(pairOf("1 5e-99999999999999999999"), (PathPoint{1, 0}));
     for (const char* number : {"16", "0.00016"}) {
         const std::string text = number;
         EXPECT_EQ(elementsOf("M1 2H" + text + "e9223372036854775807"), (Elements{Move{{1, 2}}})) << text;

@@ -34,10 +34,11 @@ void paintHalf(QPainter& painter, int left, const QColor& paper, const QColor& i
     BrandMarkCache cache;
     for (int i = 0; i < static_cast<int>(platforms.size()); ++i) {
         int x = left + gap + i % 2 * width();
+        const int y = gap + i / 2 * height;
         for (const int size : sizes) {
             const BrandMark mark{platforms[static_cast<std::size_t>(i)], std::nullopt,
                                  static_cast<double>(size), ink};
-            mark.paint(painter, QPointF(x, gap + i / 2 * height), cache);
+            mark.paint(painter, QPointF(x, y), cache);
             x += size + gap;
         }
     }
