@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -167,6 +168,31 @@ TEST_F(BrandMarkTest, SetsTheLetterAtItsSizeInAHeavyFont)
     painter.drawText(light.rect(), Qt::AlignCenter, QStringLiteral("H"));
     painter.end();
     EXPECT_GE(inkIn(letter), inkIn(light) * 5 / 4);
+}
+
+TEST_F(BrandMarkTest, FillsALetterWhereItsPartsOverlap)
+{
+    // The hook of this letter overlaps it in many fonts; no part of it encloses anything.
+    constexpr int large = 400;
+    QImage picture{large, large, QImage::Format_RGB32};
+    picture.fill(Qt::white);
+    QPainter painter{&picture};
+    BrandMark{"mastodon", "Çelik", large, Qt::black}.paint(painter, {}, cache_);
+    painter.end();
+
+    std::vector<QPoint> open{{large / 8, large / 2}};
+    while (!open.empty()) {
+        const QPoint at = open.back();
+        open.pop_back();
+        if (picture.rect().contains(at) && picture.pixelColor(at).lightness() >= 128) {
+            picture.setPixelColor(at, Qt::black);
+            for (const QPoint step : {QPoint{1, 0}, QPoint{-1, 0}, QPoint{0, 1}, QPoint{0, -1}}) {
+                open.push_back(at + step);
+            }
+        }
+    }
+    const QImage letter = picture.copy(large / 4, large / 4, large / 2, large / 2);
+    EXPECT_EQ(inkIn(letter), letter.width() * letter.height());
 }
 
 TEST_F(BrandMarkTest, ReachesBeyondItsSquareWithHalfOfTheLineOfAFrame)

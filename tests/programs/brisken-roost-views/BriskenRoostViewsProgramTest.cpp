@@ -98,12 +98,12 @@ TEST_F(BriskenRoostViewsProgram, TellsWrongUsageOnStandardErrorAlone)
 
 TEST_F(BriskenRoostViewsProgram, DrawsAMarkWithoutADisplay)
 {
-    const Finished finished = render("--platform x --size 24 --scale 1.5 --output a.png");
+    const Finished finished = render("--platform x --size 25 --scale 1.5 --output a.png");
     EXPECT_EQ(finished.code, 0);
     EXPECT_TRUE(finished.output.isEmpty());
     EXPECT_EQ(finished.error, "");
     const QImage picture{QString::fromStdString((folder_ / "a.png").string())};
-    EXPECT_EQ(picture.size(), QSize(36, 36));
+    EXPECT_EQ(picture.size(), QSize(38, 38));
     EXPECT_TRUE(picture.hasAlphaChannel());
     EXPECT_NEAR(picture.dotsPerMeterX() * 0.0254, 144, 0.1);
     EXPECT_THAT(names(), testing::ElementsAre("a.png"));
