@@ -23,7 +23,8 @@ public:
     EventLoopWatch(const EventLoopWatch&) = delete;
     EventLoopWatch& operator=(const EventLoopWatch&) = delete;
 
-    /// Like the free function, with an eye on the loop.
+    /// Runs the loop, with an eye on it, until `condition` holds. False when it did not within the guard
+    /// time.
     [[nodiscard]] bool runUntil(const std::function<bool()>& condition);
 
     /// The longest time so far, in `runUntil`, for which an event had to wait because of this thread.
