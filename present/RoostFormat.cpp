@@ -5,6 +5,8 @@
 #include "present/FormatLocale.h"
 #include "present/FormatZone.h"
 #include "present/NumberTexts.h"
+#include "present/RoostL10n.h"
+#include "present/RoostTexts.h"
 
 #include <mutex>
 #include <optional>
@@ -75,16 +77,17 @@ std::string RoostFormat::signedPercent(double fraction) const
 
 std::string RoostFormat::ago(double seconds) const { return parts_->ages().ago(seconds); }
 
-RoostFormat::QueueTime RoostFormat::queueTime(Date post, Date now, const DayWords& words) const
+RoostFormat::QueueTime RoostFormat::queueTime(Date post, Date now) const
 {
     const std::int64_t offset = parts_->days().daysBetween(now, post);
+    const auto word = [this](std::string_view key) { return RoostL10n::bundle(locale()).text(key); };
     const auto dayLabel = [&] {
         // A post whose day has passed waits today.
         if (offset < 1) {
-            return words.today;
+            return word(knownText("Today"));
         }
         if (offset == 1) {
-            return words.tomorrow;
+            return word(knownText("Tomorrow"));
         }
         return offset < 7 ? parts_->clock().weekdayText(post) : parts_->clock().dateText(post);
     };

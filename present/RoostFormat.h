@@ -29,14 +29,9 @@ public:
         std::string timeZone;
     };
 
-    /// The words for the two days that are not called by name or date.
-    struct DayWords {
-        std::string today;
-        std::string tomorrow;
-    };
-
     struct QueueTime {
-        /// A word of `DayWords`, a weekday ("Wed") or a day of a month ("Nov 14").
+        /// "Today" or "Tomorrow" in the words of `RoostL10n`, a weekday ("Wed") or a day of a month ("Nov
+        /// 14").
         std::string dayLabel;
         /// As `timeText`.
         std::string timeLabel;
@@ -80,7 +75,7 @@ public:
 
     /// When `post` is due, asked at `now`: today's word also for every day that has passed, tomorrow's, the
     /// weekday for two to six days ahead, the date from seven on.
-    QueueTime queueTime(Date post, Date now, const DayWords& words) const;
+    QueueTime queueTime(Date post, Date now) const;
 
     /// The time of day, "3:05 PM" (with the narrow no-break space of CLDR) or "15:05".
     std::string timeText(Date date) const;

@@ -23,6 +23,4 @@ inline Date moment(const std::string& text)
     return *date;
 }
 
-inline const RoostFormat::DayWords dayWords{.today = "Today", .tomorrow = "Tomorrow"};
-
 } // namespace roost::test
