@@ -11,7 +11,7 @@
     <message>
         <source>Refresh</source>
         <extracomment>Button: fetch the numbers now. Not to be mistaken for the updates of the program.</extracomment>
-        <translation>تحديث</translation>
+        <translation>تحديث الأرقام</translation>
     </message>
     <message>
         <source>Profile</source>
@@ -103,7 +103,7 @@
     <message>
         <source>New best post of the week</source>
         <extracomment>Title.</extracomment>
-        <translation>أفضل منشور جديد لهذا الأسبوع</translation>
+        <translation>تغيّر أفضل منشور لهذا الأسبوع</translation>
     </message>
     <message>
         <source>Views: %@</source>
@@ -238,7 +238,7 @@
     <message>
         <source>A new best post of the week</source>
         <extracomment>Switch of a notification.</extracomment>
-        <translation>أفضل منشور جديد لهذا الأسبوع</translation>
+        <translation>تغيّر أفضل منشور لهذا الأسبوع</translation>
     </message>
     <message>
         <source>A scheduled post went out</source>

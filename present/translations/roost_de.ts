@@ -179,7 +179,7 @@
     <message>
         <source>Getting your numbers…</source>
         <extracomment>State of a profile, and heading of a widget, before the first numbers.</extracomment>
-        <translation>Zahlen werden geladen …</translation>
+        <translation>Zahlen werden geladen&#xa0;…</translation>
     </message>
     <message>
         <source>Agents &amp; access</source>

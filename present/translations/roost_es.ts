@@ -11,7 +11,7 @@
     <message>
         <source>Refresh</source>
         <extracomment>Button: fetch the numbers now. Not to be mistaken for the updates of the program.</extracomment>
-        <translation>Actualizar</translation>
+        <translation>Actualizar cifras</translation>
     </message>
     <message>
         <source>Profile</source>
@@ -114,7 +114,7 @@
     <message>
         <source>A post did not go out</source>
         <extracomment>Title, and the switch for it: a scheduled post could not be published.</extracomment>
-        <translation>Una publicación no se pudo publicar</translation>
+        <translation>Falló una publicación</translation>
     </message>
     <message>
         <source>Open Brisken Roost to see why.</source>

@@ -54,7 +54,7 @@
     <message>
         <source>The sign-in did not complete safely, so nothing was saved. Try again.</source>
         <extracomment>Error message: the answer could not be trusted, so it was dropped.</extracomment>
-        <translation>La connexion n’a pas abouti en toute sécurité&#xa0;: rien n’a été enregistré. Réessayez.</translation>
+        <translation>La connexion n’a pas abouti en toute sécurité&#x202f;: rien n’a été enregistré. Réessayez.</translation>
     </message>
     <message>
         <source>Something went wrong. Try again.</source>
@@ -104,7 +104,7 @@
     <message>
         <source>Views: %@</source>
         <extracomment>Part of a line, after the text of a post. %@ is a short number.</extracomment>
-        <translation>Vues&#xa0;: %@</translation>
+        <translation>Vues&#x202f;: %@</translation>
     </message>
     <message>
         <source>Post went out</source>
@@ -124,12 +124,12 @@
     <message>
         <source>New followers: %@</source>
         <extracomment>Title. %@ is a number with its sign, such as +12.</extracomment>
-        <translation>Nouveaux abonnés&#xa0;: %@</translation>
+        <translation>Nouveaux abonnés&#x202f;: %@</translation>
     </message>
     <message>
         <source>Total: %@</source>
         <extracomment>Body, under &quot;New followers&quot;: how many there are now. %@ is a short number.</extracomment>
-        <translation>Total&#xa0;: %@</translation>
+        <translation>Total&#x202f;: %@</translation>
     </message>
     <message>
         <source>Version %@ is available.</source>
@@ -194,7 +194,7 @@
     <message>
         <source>Sign in with your Brisken Roost account. A browser window opens: choose the profile and allow read-only access. Nothing is ever published from this app.</source>
         <extracomment>Above the button &quot;Sign in with Brisken Roost&quot;.</extracomment>
-        <translation>Connectez-vous avec votre compte Brisken Roost. Une fenêtre de navigateur s’ouvre&#xa0;: choisissez le profil et autorisez l’accès en lecture seule. Rien n’est jamais publié depuis cette app.</translation>
+        <translation>Connectez-vous avec votre compte Brisken Roost. Une fenêtre de navigateur s’ouvre&#x202f;: choisissez le profil et autorisez l’accès en lecture seule. Rien n’est jamais publié depuis cette app.</translation>
     </message>
     <message>
         <source>Sign in with Brisken Roost</source>
@@ -209,7 +209,7 @@
     <message>
         <source>Remove only stops this app. To end the connection for good, use Agents &amp; access in Roost.</source>
         <extracomment>Note about the button &quot;Remove&quot;. Holds the exact words of &quot;Agents &amp; access&quot;, which become a link.</extracomment>
-        <translation>«&#xa0;Retirer&#xa0;» ne concerne que cette app. Pour mettre définitivement fin à la connexion, utilisez «&#xa0;Agents et accès&#xa0;» dans Roost.</translation>
+        <translation>«&#x202f;Retirer&#x202f;» ne concerne que cette app. Pour mettre définitivement fin à la connexion, utilisez «&#x202f;Agents et accès&#x202f;» dans Roost.</translation>
     </message>
     <message>
         <source>Add another profile</source>
@@ -254,12 +254,12 @@
     <message>
         <source>Choose Edit Widgets.</source>
         <extracomment>How to add a widget, second step. &quot;Edit Widgets&quot; as macOS names it.</extracomment>
-        <translation>Choisissez «&#xa0;Modifier les widgets&#xa0;».</translation>
+        <translation>Choisissez «&#x202f;Modifier les widgets&#x202f;».</translation>
     </message>
     <message>
         <source>Search for “Brisken Roost” and drag a widget out.</source>
         <extracomment>How to add a widget, third step.</extracomment>
-        <translation>Recherchez «&#xa0;Brisken Roost&#xa0;» et faites glisser un widget.</translation>
+        <translation>Recherchez «&#x202f;Brisken Roost&#x202f;» et faites glisser un widget.</translation>
     </message>
     <message>
         <source>Preview with sample numbers.</source>
@@ -320,8 +320,8 @@
         <source>Failed: %lld</source>
         <extracomment>How many posts could not be published.</extracomment>
         <translation>
-            <numerusform>Échec&#xa0;: %lld</numerusform>
-            <numerusform>Échecs&#xa0;: %lld</numerusform>
+            <numerusform>Échec&#x202f;: %lld</numerusform>
+            <numerusform>Échecs&#x202f;: %lld</numerusform>
         </translation>
     </message>
     <message>

@@ -229,7 +229,7 @@
     <message>
         <source>A post passes 1K, 10K or 100K views</source>
         <extracomment>Switch of a notification. 1K is a thousand.</extracomment>
-        <translation>פוסט עבר אלף, 10 אלף או 100 אלף צפיות</translation>
+        <translation>פוסט עבר 1,000, 10,000 או 100,000 צפיות</translation>
     </message>
     <message>
         <source>A new best post of the week</source>

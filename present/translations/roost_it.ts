@@ -11,7 +11,7 @@
     <message>
         <source>Refresh</source>
         <extracomment>Button: fetch the numbers now. Not to be mistaken for the updates of the program.</extracomment>
-        <translation>Aggiorna</translation>
+        <translation>Aggiorna i numeri</translation>
     </message>
     <message>
         <source>Profile</source>

@@ -43,7 +43,7 @@
     <message>
         <source>Brisken Roost could not be reached. Check your connection and try again.</source>
         <extracomment>Error message.</extracomment>
-        <translation>Brisken Roostに接続できませんでした。接続を確認して、もう一度お試しください。</translation>
+        <translation>Brisken Roostに接続できませんでした。インターネット接続を確認して、もう一度お試しください。</translation>
     </message>
     <message>
         <source>Roost did not allow this connection. Try signing in again.</source>
@@ -173,7 +173,7 @@
     <message>
         <source>Updated %@</source>
         <extracomment>State of a profile. %@ is an age: &quot;now&quot; or &quot;5 min. ago&quot; as the language says it.</extracomment>
-        <translation>更新：%@</translation>
+        <translation>最終更新：%@</translation>
     </message>
     <message>
         <source>Getting your numbers…</source>

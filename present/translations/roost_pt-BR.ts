@@ -11,7 +11,7 @@
     <message>
         <source>Refresh</source>
         <extracomment>Button: fetch the numbers now. Not to be mistaken for the updates of the program.</extracomment>
-        <translation>Atualizar</translation>
+        <translation>Atualizar números</translation>
     </message>
     <message>
         <source>Profile</source>
@@ -199,7 +199,7 @@
     <message>
         <source>Sign in with Brisken Roost</source>
         <extracomment>Button.</extracomment>
-        <translation>Entrar com o Brisken Roost</translation>
+        <translation>Fazer login com o Brisken Roost</translation>
     </message>
     <message>
         <source>Remove</source>

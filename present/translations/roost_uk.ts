@@ -11,7 +11,7 @@
     <message>
         <source>Refresh</source>
         <extracomment>Button: fetch the numbers now. Not to be mistaken for the updates of the program.</extracomment>
-        <translation>Оновити</translation>
+        <translation>Оновити показники</translation>
     </message>
     <message>
         <source>Profile</source>
@@ -170,7 +170,7 @@
     <message>
         <source>Signed out</source>
         <extracomment>State of a profile.</extracomment>
-        <translation>Вихід виконано</translation>
+        <translation>Вхід не виконано</translation>
     </message>
     <message>
         <source>Updated %@</source>
@@ -190,7 +190,7 @@
     <message>
         <source>Your numbers, on the desktop.</source>
         <extracomment>Under the heading &quot;Brisken Roost&quot;.</extracomment>
-        <translation>Ваші показники — на робочому столі.</translation>
+        <translation>Ваші показники&#xa0;— на робочому столі.</translation>
     </message>
     <message>
         <source>Sign in with your Brisken Roost account. A browser window opens: choose the profile and allow read-only access. Nothing is ever published from this app.</source>
@@ -315,7 +315,7 @@
     <message>
         <source>Schedule a post in Brisken Roost and it shows up here.</source>
         <extracomment>Text under that heading.</extracomment>
-        <translation>Заплануйте допис у Brisken Roost — і він з’явиться тут.</translation>
+        <translation>Заплануйте допис у Brisken Roost&#xa0;— і він з’явиться тут.</translation>
     </message>
     <message numerus="yes">
         <source>Failed: %lld</source>

@@ -133,12 +133,12 @@
     <message>
         <source>Version %@ is available.</source>
         <extracomment>%@ is a version, such as 1.4.2.</extracomment>
-        <translation>版本 %@ 可用。</translation>
+        <translation>版本 %@ 现已可用。</translation>
     </message>
     <message>
         <source>Version %@ is ready to install.</source>
         <extracomment>%@ is a version, such as 1.4.2.</extracomment>
-        <translation>版本 %@ 已可安装。</translation>
+        <translation>版本 %@ 已准备好安装。</translation>
     </message>
     <message>
         <source>Restart to update</source>

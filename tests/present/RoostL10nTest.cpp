@@ -145,8 +145,8 @@ TEST(RoostL10n, WritesNumbersAsTheLocaleDoes)
     EXPECT_EQ(RoostL10n::scheduled(3, "de-u-nu-arab"), "٣ geplant");
     EXPECT_EQ(RoostL10n::scheduled(1234, "ca_ES"), "1.234 scheduled");
     EXPECT_EQ(RoostL10n::scheduled(-1, "en_US"), "-1 scheduled");
-    EXPECT_EQ(RoostL10n::counted("Failed: %lld", 1234, "fr_FR"), "Échecs\u00a0: 1\u202f234");
-    EXPECT_EQ(RoostL10n::counted("Failed: %lld", 1, "fr_FR"), "Échec\u00a0: 1");
+    EXPECT_EQ(RoostL10n::counted("Failed: %lld", 1234, "fr_FR"), "Échecs\u202f: 1\u202f234");
+    EXPECT_EQ(RoostL10n::counted("Failed: %lld", 1, "fr_FR"), "Échec\u202f: 1");
 }
 
 TEST(RoostL10n, KnowsFiveLanguagesFromRightToLeft)

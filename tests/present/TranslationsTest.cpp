@@ -132,9 +132,9 @@ const std::multimap<std::string, QString>& misprints()
     static const std::multimap<std::string, QString> patterns{
         {"ar", QStringLiteral("[,;?%]")},
         {"ar", QStringLiteral("^[A-Za-z]")},
-        {"de", QStringLiteral("\\w…")},
-        {"fr", QStringLiteral("(?<![\u00a0\u202f])[:;!?»]")},
-        {"fr", QStringLiteral("«(?!\u00a0)")},
+        {"de", QStringLiteral("(?<!\u00a0)…")},
+        {"fr", QStringLiteral("(?<!\u202f)[:;!?»]")},
+        {"fr", QStringLiteral("«(?!\u202f)")},
         {"he", QStringLiteral("^[A-Za-z]")},
         {"ja", QStringLiteral("[\u3040-\u30ff\u4e00-\u9fff][,.:;!? ]")},
         {"ja", QStringLiteral("[!-~] [\u3040-\u30ff\u4e00-\u9fff]")},
