@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <optional>
 #include <string_view>
 
 namespace roost {
@@ -21,7 +22,8 @@ bool hasData(const icu::Locale& locale)
     return U_SUCCESS(status) && status != U_USING_DEFAULT_WARNING && *locale.getLanguage() != '\0';
 }
 
-icu::Locale parsed(const std::string& identifier)
+/// Nothing where nobody can read it.
+std::optional<icu::Locale> parsed(const std::string& identifier)
 {
     std::string tag = identifier;
     std::ranges::replace(tag, '_', '-');
@@ -35,7 +37,7 @@ icu::Locale parsed(const std::string& identifier)
         locale = icu::Locale::forLanguageTag(tag, status);
     }
     locale.canonicalize(status);
-    return U_SUCCESS(status) && !locale.isBogus() ? locale : icu::Locale::getEnglish();
+    return U_SUCCESS(status) && !locale.isBogus() ? std::optional{locale} : std::nullopt;
 }
 
 /// The extensions that bear on numbers and dates, and how long their longest value is.
@@ -108,7 +110,16 @@ PosixLocale environmentLocale(const char* category)
 
 } // namespace
 
-icu::Locale formatLocale(const std::string& identifier) { return supported(parsed(identifier)); }
+icu::Locale formatLocale(const std::string& identifier)
+{
+    return supported(parsed(identifier).value_or(icu::Locale::getEnglish()));
+}
+
+bool hasLocaleData(const std::string& identifier)
+{
+    const auto locale = parsed(identifier);
+    return locale && hasData(*locale);
+}
 
 std::string systemLocaleIdentifier()
 {

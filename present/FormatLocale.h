@@ -12,6 +12,9 @@ namespace roost {
 /// identifier gave different texts on different machines. Any thread.
 icu::Locale formatLocale(const std::string& identifier);
 
+/// Whether ICU has data for the language that `identifier` names.
+bool hasLocaleData(const std::string& identifier);
+
 /// Language and region of the environment as an ICU identifier, "en_DE" for the messages of en_US.UTF-8 with
 /// the times of de_DE.UTF-8; "en" where it says nothing. Does not touch ICU.
 std::string systemLocaleIdentifier();

@@ -57,6 +57,8 @@ RoostFormat::RoostFormat(Settings settings) : parts_{std::make_shared<const Part
 
 RoostFormat RoostFormat::system() { return RoostFormat{{.locale = systemLocaleIdentifier()}}; }
 
+bool RoostFormat::knows(const std::string& locale) { return hasLocaleData(locale); }
+
 const std::string& RoostFormat::locale() const { return parts_->settings().locale; }
 
 std::string RoostFormat::compact(std::int64_t count) const { return parts_->numbers().compact(count); }

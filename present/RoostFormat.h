@@ -48,6 +48,9 @@ public:
     /// region LC_TIME's where that is set), and its zone. A new one sees what has changed.
     static RoostFormat system();
 
+    /// Whether `locale` names a language that ICU has data for: no text is then in English for want of it.
+    static bool knows(const std::string& locale);
+
     /// As it was given.
     const std::string& locale() const;
 

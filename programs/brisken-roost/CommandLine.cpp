@@ -1,5 +1,6 @@
 #include "programs/brisken-roost/CommandLine.h"
 
+#include "present/RoostFormat.h"
 #include "programs/common/CommandOptions.h"
 
 #include <algorithm>
@@ -24,6 +25,7 @@ Commands:
   status   print the last numbers of every profile, without asking the network
              --profile ID      of this profile only
              --format FORMAT   text (default), json or waybar
+             --locale ID       in this language and region (pt-BR), not yours
   fetch    fetch one profile's numbers with a bearer token, for development; the
            token is the first line of standard input, or $BRISKEN_ROOST_TOKEN
              --base-url URL    of this service
@@ -65,6 +67,13 @@ std::expected<Command, QString> statusFrom(const QCommandLineParser& parser)
             return std::unexpected(format.error());
         }
         command.format = *format;
+    }
+    if (const auto locale = valueOf(parser, QStringLiteral("locale"))) {
+        command.locale = locale->toStdString();
+        if (!RoostFormat::knows(*command.locale)) {
+            return std::unexpected(
+                QStringLiteral("There is no locale \"%1\": de, pt-BR and zh-Hans are ones.").arg(*locale));
+        }
     }
     return command;
 }
@@ -129,7 +138,10 @@ const Grammar grammars[] = {
     {QStringLiteral("accounts"), {QStringLiteral("base-url")}, 0, accountsFrom},
     {QStringLiteral("sign-out"), {QStringLiteral("base-url")}, 1, signOutFrom},
     {QStringLiteral("sync"), {QStringLiteral("base-url")}, 1, syncFrom},
-    {QStringLiteral("status"), {QStringLiteral("profile"), QStringLiteral("format")}, 0, statusFrom},
+    {QStringLiteral("status"),
+     {QStringLiteral("profile"), QStringLiteral("format"), QStringLiteral("locale")},
+     0,
+     statusFrom},
     {QStringLiteral("fetch"), {QStringLiteral("profile"), QStringLiteral("base-url")}, 0, fetchFrom},
 };
 

@@ -16,6 +16,8 @@ enum class StatusFormat { text, json, waybar };
 struct StatusCommand {
     std::optional<std::string> profile;
     StatusFormat format = StatusFormat::text;
+    /// An identifier that `RoostFormat::knows`; nothing: the machine's.
+    std::optional<std::string> locale;
 
     bool operator==(const StatusCommand&) const = default;
 };

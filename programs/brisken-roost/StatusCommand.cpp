@@ -30,14 +30,17 @@ CommandResult runStatus(const StatusCommand& command, const WidgetStore& store, 
                         TableStyle style)
 {
     const StatusReport report = statusReport(store.read(), command.profile, now());
+    const RoostFormat format =
+        command.locale ? RoostFormat{{.locale = *command.locale}} : RoostFormat::system();
     if (command.format == StatusFormat::waybar) {
-        return {ExitCode::fine, statusWaybar(report), {}};
+        return {ExitCode::fine, statusWaybar(report, format), {}};
     }
     CommandResult result;
     if (const std::string sentence = sentenceOf(report, command); !sentence.empty()) {
         result = failed(report.exitCode(), sentence);
     }
-    result.output = command.format == StatusFormat::json ? statusJson(report) : statusText(report, style);
+    result.output =
+        command.format == StatusFormat::json ? statusJson(report) : statusText(report, format, style);
     return result;
 }
 

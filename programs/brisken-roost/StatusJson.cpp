@@ -63,15 +63,15 @@ struct JsonFields<WaybarModule> {
 
 std::string statusJson(const StatusReport& report) { return RoostJSON::encoder().encode(report) + "\n"; }
 
-std::string statusWaybar(const StatusReport& report)
+std::string statusWaybar(const StatusReport& report, const RoostFormat& format)
 {
     WaybarModule module;
     module.cssClass = JsonNames<StatusReport::State>::names[static_cast<std::size_t>(report.state)];
     const auto shown = std::ranges::find(report.accounts, report.state, &StatusReport::Entry::state);
     if (shown != report.accounts.end()) {
-        module.text = escaped(shown->viewsTotal ? std::to_string(*shown->viewsTotal) : "–");
+        module.text = escaped(shown->viewsTotal ? format.compact(*shown->viewsTotal) : "–");
     }
-    module.tooltip = escaped(statusText(report, {}));
+    module.tooltip = escaped(statusText(report, format, {}));
     if (!module.tooltip.empty()) {
         module.tooltip.pop_back();
     }

@@ -22,8 +22,15 @@ StatusReport::Entry entryOf(const RoostAccountRecord& record, Date now)
         entry.viewsPrevious = snapshot.views.previous;
         entry.scheduled = snapshot.posts.scheduled;
         entry.failed = snapshot.posts.failed;
+        entry.viewsDelta = RoostDelta::of(snapshot.views);
+        if (const auto next =
+                std::ranges::min_element(snapshot.posts.next, {}, &RoostSnapshot::Posts::Next::at);
+            next != snapshot.posts.next.end()) {
+            entry.next = {next->at, next->text};
+        }
         if (snapshot.followers) {
             entry.followersTotal = snapshot.followers->total;
+            entry.followersDelta = RoostDelta::of(*snapshot.followers);
         }
         if (snapshot.best) {
             const RoostSnapshot::BestPost& best = *snapshot.best;
@@ -57,6 +64,7 @@ StatusReport statusReport(const std::optional<RoostStoreFile>& file,
                           const std::optional<std::string>& profileId, Date now)
 {
     StatusReport report;
+    report.at = now;
     if (!file) {
         return report;
     }

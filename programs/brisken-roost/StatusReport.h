@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/RoostStoreFile.h"
+#include "present/RoostDelta.h"
 #include "programs/common/ExitCode.h"
 
 #include <chrono>
@@ -25,6 +26,12 @@ struct StatusReport {
         std::int64_t views = 0;
     };
 
+    /// The scheduled post that goes out first.
+    struct Next {
+        Date at;
+        std::string text;
+    };
+
     struct Entry {
         std::string profileId;
         std::string profileName;
@@ -37,11 +44,16 @@ struct StatusReport {
         std::optional<std::int64_t> scheduled;
         std::optional<std::int64_t> failed;
         std::optional<Best> best;
+        std::optional<Next> next;
+        std::optional<RoostDelta> viewsDelta;
+        std::optional<RoostDelta> followersDelta;
         std::optional<Date> fetchedAt;
         std::optional<Date> lastAttemptAt;
     };
 
     State state = State::empty;
+    /// The instant that ages and days count from.
+    Date at;
     std::vector<Entry> accounts;
 
     ExitCode exitCode() const;

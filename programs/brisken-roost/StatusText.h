@@ -1,5 +1,6 @@
 #pragma once
 
+#include "present/RoostFormat.h"
 #include "programs/brisken-roost/StatusReport.h"
 
 #include <string>
@@ -13,9 +14,10 @@ struct TableStyle {
     int width = 0;
 };
 
-/// The report as a table, one line per profile beneath a line of headings, each ended by a newline. Control
-/// characters in texts come out as "·": nothing that the service sends can steer the terminal. Names and post
-/// texts are elided where the terminal is too narrow, numbers never.
-std::string statusText(const StatusReport& report, TableStyle style);
+/// The report as one table: a card of lines for each profile (`statusCard`), an empty line between two, every
+/// line ended by a newline. Both columns begin at the same place throughout, whatever the script: widths are
+/// those of a terminal, and what runs from right to left is isolated, so that it turns nothing beside it.
+/// Names and post texts are elided where the terminal is too narrow, numbers, ages and times never.
+std::string statusText(const StatusReport& report, const RoostFormat& format, TableStyle style);
 
 } // namespace roost

@@ -50,6 +50,16 @@ std::string onOneLine(const std::string& text)
     return clean.toStdString();
 }
 
+std::string isolated(const std::string& text)
+{
+    const QList<uint> characters = QString::fromStdString(text).toUcs4();
+    const bool turns = std::ranges::any_of(characters, [](char32_t c) {
+        const QChar::Direction direction = QChar::direction(c);
+        return direction == QChar::DirR || direction == QChar::DirAL || direction == QChar::DirAN;
+    });
+    return turns ? "\u2068" + text + "\u2069" : text;
+}
+
 int displayWidth(const std::string& text)
 {
     const QList<uint> characters = QString::fromStdString(text).toUcs4();

@@ -9,6 +9,10 @@ namespace roost {
 /// those that turn the direction of text are left out.
 std::string onOneLine(const std::string& text);
 
+/// `text`, isolated from what stands beside it (UAX #9 §2.4.2) when anything in it runs from right to left:
+/// a terminal that orders letters would else take the columns of a line along.
+std::string isolated(const std::string& text);
+
 /// How many columns of a terminal `text` takes.
 int displayWidth(const std::string& text);
 

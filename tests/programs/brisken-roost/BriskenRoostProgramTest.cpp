@@ -4,10 +4,16 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
+#include <unicode/utypes.h>
+#include <unistd.h>
 
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
+
+#include <array>
 
 namespace roost {
 namespace {
@@ -22,6 +28,40 @@ struct Finished {
     int code = -1;
     std::string output;
     std::string error;
+};
+
+/// A folder of ICU's that shadows its built-in data and notices who looks for some. What lies there is no
+/// data, so that nothing changes for who does.
+class IcuWatch {
+public:
+    explicit IcuWatch(const QString& folder) : notices_{::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)}
+    {
+        const QString data = folder + QStringLiteral("/" U_ICUDATA_NAME);
+        EXPECT_TRUE(QDir{}.mkpath(data));
+        // Every locale leads to the root, every choice among locales to what is known about languages.
+        for (const char* name : {"root", "langInfo", "likelySubtags", "metadata", "supplementalData"}) {
+            QFile file{data + u'/' + QString::fromLatin1(name) + QStringLiteral(".res")};
+            EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write("no data") > 0);
+        }
+        EXPECT_GE(::inotify_add_watch(notices_, data.toUtf8().constData(), IN_OPEN), 0);
+    }
+    IcuWatch(const IcuWatch&) = delete;
+    IcuWatch& operator=(const IcuWatch&) = delete;
+    ~IcuWatch() { ::close(notices_); }
+
+    /// Whether anybody has looked since the last time.
+    bool noticed()
+    {
+        std::array<char, 4096> events{};
+        bool any = false;
+        while (::read(notices_, events.data(), events.size()) > 0) {
+            any = true;
+        }
+        return any;
+    }
+
+private:
+    int notices_;
 };
 
 /// Runs the program with a data folder of its own and neither a display nor a session bus.
@@ -77,7 +117,7 @@ TEST_F(BriskenRoostProgram, ShowsTheSharedFile)
     ASSERT_TRUE(store().write(fileOf({record})));
     const Finished finished = run({QStringLiteral("status")});
     EXPECT_EQ(finished.code, 0);
-    EXPECT_THAT(finished.output, HasSubstr("48213"));
+    EXPECT_THAT(finished.output, HasSubstr("48,213"));
     EXPECT_THAT(finished.output, testing::Not(HasSubstr("\033"))) << "no terminal, no colour";
 }
 
@@ -114,6 +154,47 @@ TEST_F(BriskenRoostProgram, ReadsTheInformationFileThatItIsGiven)
         run({QStringLiteral("--info"), QStringLiteral("/nowhere.json"), QStringLiteral("status")});
     EXPECT_EQ(missing.code, 2);
     EXPECT_THAT(missing.error, HasSubstr("/nowhere.json"));
+}
+
+TEST_F(BriskenRoostProgram, LoadsNothingOfIcuUnlessItWritesNumbers)
+{
+    environment_.insert(QStringLiteral("ICU_DATA"), folder_.filePath(QStringLiteral("icu")));
+    IcuWatch icu{folder_.filePath(QStringLiteral("icu"))};
+    ASSERT_TRUE(store().write(fileOf({recordOf("a", 48213, 0s)})));
+    const QStringList base{QStringLiteral("--base-url"), QStringLiteral("http://127.0.0.1:9")};
+    for (const QStringList& arguments :
+         {QStringList{QStringLiteral("--help")},
+          {QStringLiteral("--version")},
+          {QStringLiteral("dance")},
+          {QStringLiteral("status"), QStringLiteral("--format"), QStringLiteral("json")},
+          {QStringLiteral("status"), QStringLiteral("--profile"), QStringLiteral("nobody")},
+          QStringList{QStringLiteral("sign-in")} + base,
+          QStringList{QStringLiteral("accounts")} + base,
+          QStringList{QStringLiteral("sync")} + base,
+          QStringList{QStringLiteral("sign-out"), QStringLiteral("a")} + base,
+          QStringList{QStringLiteral("fetch")} + base,
+          {QStringLiteral("briskenroost://oauth/callback?code=a&state=b")}}) {
+        static_cast<void>(run(arguments, "token\n"));
+        EXPECT_FALSE(icu.noticed()) << arguments.join(u' ').toStdString();
+    }
+    ASSERT_TRUE(store().write(fileOf({recordOf("a", 48213, 0s)}))) << "signed out above";
+    EXPECT_THAT(run({QStringLiteral("status")}).output, HasSubstr("48,213"));
+    EXPECT_TRUE(icu.noticed());
+}
+
+TEST_F(BriskenRoostProgram, WritesAsTheEnvironmentOrTheOptionSays)
+{
+    ASSERT_TRUE(store().write(fileOf({recordOf("a", 48213, 0s)})));
+    environment_.insert(QStringLiteral("LANG"), QStringLiteral("de_DE.UTF-8"));
+    EXPECT_THAT(run({QStringLiteral("status")}).output, HasSubstr("Aufrufe: 48.213"));
+    const Finished french =
+        run({QStringLiteral("status"), QStringLiteral("--locale"), QStringLiteral("fr-CH")});
+    EXPECT_THAT(french.output, HasSubstr("48\u202f213"));
+    const Finished unknown = run({QStringLiteral("status"), QStringLiteral("--locale=xx")});
+    EXPECT_EQ(unknown.code, 2);
+    EXPECT_EQ(unknown.output, "");
+    EXPECT_EQ(unknown.error, "brisken-roost: There is no locale \"xx\": de, pt-BR and zh-Hans are ones. Try "
+                             "brisken-roost --help.\n");
 }
 
 TEST_F(BriskenRoostProgram, FetchNeedsATokenAndRepeatsNone)

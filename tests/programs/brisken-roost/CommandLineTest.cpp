@@ -45,6 +45,26 @@ TEST(CommandLine, TakesTheOptionsOfStatus)
               (Command{StatusCommand{std::nullopt, StatusFormat::text}}));
 }
 
+TEST(CommandLine, TakesLocalesThatAreOnes)
+{
+    for (const char* locale : {"de", "pt-BR", "pt_BR", "zh-Hans", "iw", "ca", "ar-EG-u-nu-latn",
+                               "ar_EG@numbers=latn", "de_AT.UTF-8"}) {
+        EXPECT_EQ(parse({"status", "--locale", locale})->command, (Command{StatusCommand{.locale = locale}}));
+    }
+}
+
+TEST(CommandLine, RefusesLocalesThatNobodyKnows)
+{
+    EXPECT_EQ(errorOf({"status", "--locale", "xx"}),
+              "There is no locale \"xx\": de, pt-BR and zh-Hans are ones. Try brisken-roost --help.");
+    for (const char* locale : {"", "english", "und", "e", "-", "999", "tlh", "a b c", "../de", "\xff"}) {
+        EXPECT_THAT(errorOf({"status", std::string{"--locale="}.append(locale).c_str()}),
+                    HasSubstr("There is no locale"))
+            << locale;
+    }
+    EXPECT_THAT(errorOf({"sync", "--locale", "de"}), HasSubstr("locale"));
+}
+
 TEST(CommandLine, TakesTheOptionsOfFetch)
 {
     EXPECT_EQ(parse({"fetch", "--base-url", "http://127.0.0.1:1", "--profile", "a"})->command,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/RoostStoreFile.h"
+#include "present/RoostFormat.h"
 
 #include <string>
 
@@ -28,6 +29,25 @@ inline RoostAccountRecord signedOut(RoostAccountRecord record)
 {
     record.status = RoostAccountRecord::Status::signedOut;
     return record;
+}
+
+/// A profile that has some of everything, with numbers of a minute and a half ago.
+inline RoostAccountRecord fullRecord()
+{
+    using namespace std::chrono_literals;
+    RoostAccountRecord record = recordOf("ada", 48213, 90s);
+    record.profileName = "Ada";
+    record.snapshot->views.previous = 43'000;
+    record.snapshot->followers = RoostSnapshot::Followers{1310, {}, {{"x", {}, 1310, 26}}};
+    record.snapshot->posts = {
+        4, 12, 1, {{"later", noon + 48h, "Later", {}}, {"n", noon + 21h + 30min, "Morning light", {}}}};
+    record.snapshot->best = RoostSnapshot::BestPost{"x", "X", 9200, "Hello", {}};
+    return record;
+}
+
+inline RoostFormat inUtc(const std::string& locale)
+{
+    return RoostFormat{{.locale = locale, .calendarTimeZone = "UTC", .timeZone = "UTC"}};
 }
 
 inline RoostStoreFile fileOf(std::vector<RoostAccountRecord> accounts)

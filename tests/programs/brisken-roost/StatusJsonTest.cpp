@@ -13,6 +13,8 @@ namespace {
 
 using namespace std::chrono_literals;
 using test::fileOf;
+using test::fullRecord;
+using test::inUtc;
 using test::noon;
 using test::recordOf;
 using test::signedOut;
@@ -50,8 +52,8 @@ TEST(StatusJson, OfNothingIsAnEmptyList)
 TEST(StatusWaybar, ShowsTheViewsOfTheBestProfileAndItsStateAsClass)
 {
     const QJsonObject module =
-        objectIn(statusWaybar(reportOn({recordOf("a", 1, 1h), recordOf("b", 48213, 60s)})));
-    EXPECT_EQ(module[u"text"].toString().toStdString(), "48213");
+        objectIn(statusWaybar(reportOn({recordOf("a", 1, 1h), recordOf("b", 48213, 60s)}), inUtc("en")));
+    EXPECT_EQ(module[u"text"].toString().toStdString(), "48.2K");
     EXPECT_EQ(module[u"class"].toString().toStdString(), "fresh");
     EXPECT_TRUE(module[u"tooltip"].toString().contains(QLatin1String("Profile b")));
 }
@@ -60,13 +62,21 @@ TEST(StatusWaybar, EscapesMarkup)
 {
     RoostAccountRecord record = recordOf("a", 1, 0s);
     record.profileName = "<b>&";
-    const QJsonObject module = objectIn(statusWaybar(reportOn({record})));
+    const QJsonObject module = objectIn(statusWaybar(reportOn({record}), inUtc("en")));
     EXPECT_TRUE(module[u"tooltip"].toString().contains(QLatin1String("&lt;b&gt;&amp;")));
+}
+
+TEST(StatusWaybar, WritesAsTheLocaleDoes)
+{
+    const QJsonObject module = objectIn(statusWaybar(reportOn({fullRecord()}), inUtc("he")));
+    EXPECT_EQ(module[u"text"].toString().toStdString(), inUtc("he").compact(48213));
+    EXPECT_TRUE(module[u"tooltip"].toString().contains(QStringLiteral("\u2068עוקבים  1,310\u2069")));
 }
 
 TEST(StatusWaybar, OfNothingSaysSoInItsClass)
 {
-    const QJsonObject module = objectIn(statusWaybar(statusReport(std::nullopt, std::nullopt, noon)));
+    const QJsonObject module =
+        objectIn(statusWaybar(statusReport(std::nullopt, std::nullopt, noon), inUtc("en")));
     EXPECT_EQ(module[u"class"].toString().toStdString(), "empty");
     EXPECT_EQ(module[u"text"].toString().toStdString(), "");
 }

@@ -13,17 +13,20 @@ namespace {
 
 using namespace std::chrono_literals;
 using test::fileOf;
+using test::fullRecord;
+using test::inUtc;
 using test::noon;
 using test::recordOf;
-using test::signedOut;
 using testing::AllOf;
 using testing::Each;
 using testing::HasSubstr;
+using testing::Le;
 using testing::Not;
 
-std::string tableOf(std::vector<RoostAccountRecord> accounts, TableStyle style = {})
+std::string tableOf(std::vector<RoostAccountRecord> accounts, TableStyle style = {},
+                    const std::string& locale = "en-GB")
 {
-    return statusText(statusReport(fileOf(std::move(accounts)), std::nullopt, noon), style);
+    return statusText(statusReport(fileOf(std::move(accounts)), std::nullopt, noon), inUtc(locale), style);
 }
 
 std::vector<std::string> linesOf(const std::string& text)
@@ -36,83 +39,104 @@ std::vector<std::string> linesOf(const std::string& text)
     return lines;
 }
 
-RoostAccountRecord withBest(RoostAccountRecord record, const std::string& text)
+std::vector<int> widthsOf(const std::string& table)
 {
-    record.snapshot->best = RoostSnapshot::BestPost{"x", "X", 9200, text, {}};
-    return record;
+    std::vector<int> widths;
+    for (const std::string& line : linesOf(table)) {
+        widths.push_back(displayWidth(line));
+    }
+    return widths;
 }
 
-TEST(StatusText, IsATableOfOneLinePerProfileUnderItsHeadings)
+TEST(StatusText, IsATableOfOneCardForEachProfile)
 {
-    RoostAccountRecord ada = withBest(recordOf("ada", 48213, 90s), "Hello");
-    ada.profileName = "Ada";
-    ada.snapshot->views.previous = 43000;
-    ada.snapshot->followers = RoostSnapshot::Followers{1310, {}, {}};
-    ada.snapshot->posts = {4, 12, 1, {}};
-    EXPECT_EQ(tableOf({ada, {"new", "New one"}}),
-              "PROFILE  VIEWS  PREVIOUS  FOLLOWERS  SCHEDULED  FAILED  BEST POST        AGE\n"
-              "Ada      48213     43000       1310         12       1  9200  Hello    1 min\n"
-              "New one      –         –          –          –       –  –            waiting\n");
+    EXPECT_EQ("\n" + tableOf({fullRecord(), {"new", "New one"}}), R"(
+Ada                 Updated 1 min ago
+  Views: 48,213     +12%
+  Followers  1,310  +2%
+  12 scheduled      Tomorrow 09:30  Morning light
+  Failed: 1
+  Best post  9.2K   Hello
+
+New one             Getting your numbers…
+)");
 }
 
 TEST(StatusText, OfNoProfilesIsEmpty) { EXPECT_EQ(tableOf({}), ""); }
-
-TEST(StatusText, TellsTheAgeInTheLargestFittingUnit)
-{
-    EXPECT_THAT(tableOf({recordOf("a", 1, 59s)}), HasSubstr(" 59 s\n"));
-    EXPECT_THAT(tableOf({recordOf("a", 1, 60s)}), HasSubstr(" 1 min\n"));
-    EXPECT_THAT(tableOf({recordOf("a", 1, 3600s)}), HasSubstr(" 1 h\n"));
-    EXPECT_THAT(tableOf({recordOf("a", 1, 86400s)}), HasSubstr(" 1 d\n"));
-    EXPECT_THAT(tableOf({signedOut(recordOf("a", 1, 60s))}), HasSubstr(" signed out\n"));
-}
 
 TEST(StatusText, IsPlainUnlessColourIsAskedFor)
 {
     RoostAccountRecord record = recordOf("a", 1, 1h);
     record.snapshot->posts.failed = 2;
     EXPECT_THAT(tableOf({record}), Not(HasSubstr("\033")));
-    EXPECT_THAT(tableOf({record}, {true, 0}),
-                AllOf(HasSubstr("\033[31m2\033[0m"), HasSubstr("\033[33m1 h\033[0m")));
+    EXPECT_THAT(tableOf({record}, {.colour = true}),
+                AllOf(HasSubstr("\033[31mFailed: 2\033[0m"), HasSubstr("\033[33mUpdated 1 hr ago\033[0m")));
 }
 
-TEST(StatusText, FitsTheTerminalByElidingTextsAndNeverNumbers)
+TEST(StatusText, FitsTheTerminalByElidingNamesAndTexts)
 {
-    const std::string table =
-        tableOf({withBest(recordOf("a", 123456789012, 1s), std::string(200, 'x'))}, {false, 100});
-    for (const std::string& line : linesOf(table)) {
-        EXPECT_LE(displayWidth(line), 100);
+    RoostAccountRecord record = fullRecord();
+    record.snapshot->best->text = std::string(200, 'x');
+    record.snapshot->posts.next.back().text = std::string(200, 'y');
+    record.profileName = std::string(200, 'z');
+    for (const int width : {48, 60, 80, 100, 200}) {
+        const std::string table = tableOf({record}, {.width = width});
+        EXPECT_THAT(widthsOf(table), Each(Le(width))) << table;
+        EXPECT_THAT(table, AllOf(HasSubstr("xxx…\n"), HasSubstr("yyy…\n"), HasSubstr("zzz…  Updated")));
     }
-    EXPECT_THAT(table, AllOf(HasSubstr("123456789012"), HasSubstr("x…")));
 }
 
-TEST(StatusText, AlignsWideAndCombiningCharacters)
+TEST(StatusText, NeverElidesNumbersAgesAndTimes)
 {
-    RoostAccountRecord wide = recordOf("a", 1, 1s);
-    wide.profileName = "日本語";
-    RoostAccountRecord combining = recordOf("b", 1, 1s);
-    combining.profileName = "e\u0301";
-    const std::string table = tableOf({wide, combining});
-    std::vector<int> widths;
-    for (const std::string& line : linesOf(table)) {
-        widths.push_back(displayWidth(line));
+    RoostAccountRecord record = fullRecord();
+    record.snapshot->views.total = 123'456'789'012;
+    for (const int width : {1, 10, 20, 30}) {
+        EXPECT_THAT(tableOf({record}, {.width = width}),
+                    AllOf(HasSubstr("Views: 123,456,789,012 "), HasSubstr("Updated 1 min ago"),
+                          HasSubstr("Tomorrow 09:30"), HasSubstr("Best post  9.2K")));
     }
-    EXPECT_THAT(widths, Each(widths.front()));
+}
+
+TEST(StatusText, AlignsWideAndCombiningCharactersAndThoseFromRightToLeft)
+{
+    std::vector<RoostAccountRecord> records;
+    for (const char* name : {"日本語", "e\u0301te\u0301", "قهوة الصباح", "שלום", "🐦🐦", "plain"}) {
+        records.push_back(recordOf(name, 1, 1s));
+        records.back().profileName = name;
+    }
+    int shown = 0;
+    for (const std::string& line : linesOf(tableOf(records))) {
+        if (const auto state = line.find("Updated"); state != line.npos) {
+            EXPECT_EQ(displayWidth(line.substr(0, state)), 21) << line;
+            ++shown;
+        }
+    }
+    EXPECT_EQ(shown, 6);
+}
+
+TEST(StatusText, IsolatesWhatRunsFromRightToLeft)
+{
+    RoostAccountRecord record = fullRecord();
+    record.profileName = "שלום";
+    record.snapshot->best->text = "קפה 3";
+    const std::string table = tableOf({record});
+    EXPECT_THAT(table, AllOf(HasSubstr("\u2068שלום\u2069"), HasSubstr("\u2068קפה 3\u2069\n")));
+    EXPECT_THAT(tableOf({fullRecord()}), Not(HasSubstr("\u2068")));
+    // Every cell of an Arabic card is one, numbers and blanks in it included.
+    EXPECT_THAT(tableOf({fullRecord()}, {}, "ar-u-nu-latn"), HasSubstr("\u2068المتابعون  1,310\u2069"));
 }
 
 TEST(StatusText, LetsNoTextSteerTheTerminal)
 {
-    RoostAccountRecord record = withBest(recordOf("a", 1, 1s), "one\ntwo\x1b[2Jthree\u009b\u2028four\x7f");
+    RoostAccountRecord record = fullRecord();
+    record.snapshot->best->text = "one\ntwo\x1b[2Jthree\u009b\u2028four\x7f";
+    record.snapshot->posts.next.back().text = "five\u202esix\u2069\x1b[1m";
     record.profileName = "\x1b]0;title\x07";
     const std::string table = tableOf({record});
-    EXPECT_EQ(linesOf(table).size(), 2);
-    EXPECT_THAT(table,
-                AllOf(Not(HasSubstr("\x1b")), Not(HasSubstr("\x07")), Not(HasSubstr("\u009b")),
-                      Not(HasSubstr("\u2028")), Not(HasSubstr("\x7f")), HasSubstr("one two·[2Jthree")));
-}
-
-TEST(StatusText, NamesTheNetworkOfABestPostWithoutText)
-{
-    EXPECT_THAT(tableOf({withBest(recordOf("a", 1, 1s), "")}), HasSubstr("9200  X"));
+    EXPECT_EQ(linesOf(table).size(), 6);
+    EXPECT_THAT(table, AllOf(Not(HasSubstr("\x1b")), Not(HasSubstr("\x07")), Not(HasSubstr("\u009b")),
+                             Not(HasSubstr("\u2028")), Not(HasSubstr("\x7f")), Not(HasSubstr("\u202e")),
+                             HasSubstr("one two·[2Jthree")));
 }
 
 } // namespace
