@@ -1,6 +1,6 @@
 #include "present/RoostL10n.h"
 
-#include "present/LocaleIdentifier.h"
+#include "present/FormatLocale.h"
 #include "present/LocalisationChoice.h"
 #include "present/RoostTexts.h"
 
@@ -71,7 +71,8 @@ private:
 std::string number(std::int64_t n, std::string_view locale)
 {
     UErrorCode status = U_ZERO_ERROR;
-    const auto written = icu::number::NumberFormatter::withLocale(localeNamed(locale)).formatInt(n, status);
+    const auto written =
+        icu::number::NumberFormatter::withLocale(formatLocale(std::string{locale})).formatInt(n, status);
     std::string text;
     written.toString(status).toUTF8String(text);
     return U_SUCCESS(status) ? text : std::to_string(n);

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <unicode/uversion.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -186,6 +187,32 @@ TEST(TheTablesOfCldr, NameOnlyDifferencesThatAreOnes)
         EXPECT_NE(texts.first, texts.second) << std::get<0>(place);
         ASSERT_TRUE(newer.contains(place)) << std::get<0>(place) << std::get<1>(place) << std::get<2>(place);
         EXPECT_EQ(newer.at(place), texts.second);
+    }
+}
+
+TEST(TheTablesOfCldr, SayWhyTheyDiffer)
+{
+    const json file = dataFile("differences.json");
+    const json& reasons = file.at("reasons");
+    std::set<std::pair<std::size_t, std::string>> used; // reason, locale
+    for (const json& row : file.at("differences")) {
+        std::size_t found = 0;
+        for (std::size_t index = 0; index < reasons.size(); ++index) {
+            const json& one = reasons.at(index);
+            if (std::ranges::count(one.at("locales"), row.at(0)) > 0 &&
+                std::ranges::count(one.at("kinds"), row.at(1)) > 0) {
+                EXPECT_FALSE(one.at("reason").get<std::string>().empty());
+                used.insert({index, row.at(0)});
+                ++found;
+            }
+        }
+        EXPECT_EQ(found, 1U) << row;
+    }
+    for (std::size_t index = 0; index < reasons.size(); ++index) {
+        for (const json& locale : reasons.at(index).at("locales")) {
+            EXPECT_TRUE(used.contains({index, locale}))
+                << reasons.at(index) << " is of no use for " << locale;
+        }
     }
 }
 

@@ -3,6 +3,7 @@
 #include "tests/present/TranslationFile.h"
 
 #include <gmock/gmock.h>
+#include <unicode/locid.h>
 
 #include <latch>
 #include <map>
@@ -147,6 +148,18 @@ TEST(RoostL10n, WritesNumbersAsTheLocaleDoes)
     EXPECT_EQ(RoostL10n::scheduled(-1, "en_US"), "-1 scheduled");
     EXPECT_EQ(RoostL10n::counted("Failed: %lld", 1234, "fr_FR"), "Échecs\u202f: 1\u202f234");
     EXPECT_EQ(RoostL10n::counted("Failed: %lld", 1, "fr_FR"), "Échec\u202f: 1");
+}
+
+TEST(RoostL10n, DoesNotDependOnTheLocaleOfTheProcess)
+{
+    const icu::Locale before = icu::Locale::getDefault();
+    UErrorCode status = U_ZERO_ERROR;
+    icu::Locale::setDefault(icu::Locale{"ar_EG"}, status);
+    EXPECT_EQ(RoostL10n::scheduled(1234, "tlh"), "1,234 scheduled");
+    EXPECT_EQ(RoostL10n::scheduled(1234, ""), "1,234 scheduled");
+    EXPECT_EQ(RoostL10n::scheduled(1234, "de-u-nu-foobar"), "1.234 geplant");
+    EXPECT_EQ(RoostL10n::bundle("und").localisation(), "en");
+    icu::Locale::setDefault(before, status);
 }
 
 TEST(RoostL10n, KnowsFiveLanguagesFromRightToLeft)

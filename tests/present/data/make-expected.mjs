@@ -91,6 +91,36 @@ const kinds = {
   twelveHour: (locale) => String(new Intl.DateTimeFormat(locale, { hour: 'numeric' }).resolvedOptions().hour12),
 };
 
+// What the newer data have otherwise than the older, by locale and kind.
+const numbers = ['compact', 'full', 'signedCount', 'percent', 'signedPercent'];
+const reasons = [
+  { locales: ['en-GB'], kinds: ['compact'], reason: 'k, m, bn and tn instead of K, M, B and T' },
+  { locales: ['en-IN'], kinds: ['compact'], reason: 'a thousand is K instead of T' },
+  { locales: ['en-AU'], kinds: ['ago'], reason: 'no full stop after an abbreviated unit' },
+  { locales: ['de-CH'], kinds: numbers, reason: "groups are separated by ' instead of ’" },
+  { locales: ['es-MX', 'es-419'], kinds: ['time', 'twelveHour'], reason: 'twelve hours instead of twenty-four' },
+  { locales: ['es-419'], kinds: ['percent', 'signedPercent'], reason: 'no space before the sign' },
+  { locales: ['it', 'it-CH'], kinds: ['compact'], reason: 'thousands have a short form, K' },
+  { locales: ['it', 'hu', 'sl', 'hy'], kinds: numbers.slice(1), reason: 'four digits are not grouped' },
+  { locales: ['it-CH'], kinds: numbers.slice(1), reason: "four digits are not grouped, and groups are separated by '" },
+  { locales: ['es-MX', 'nb', 'hi', 'hi-u-nu-deva', 'am'], kinds: ['date'], reason: 'another abbreviation of a month' },
+  { locales: ['fi'], kinds: ['date'], reason: 'the month is a number' },
+  { locales: ['my'], kinds: ['date'], reason: 'the month comes first' },
+  { locales: ['eu'], kinds: ['ago'], reason: 'begins with a small letter' },
+  { locales: ['gl'], kinds: ['weekday'], reason: 'begins with a small letter' },
+  { locales: ['cy'], kinds: ['ago'], reason: 'another plural of years' },
+  { locales: ['he'], kinds: ['ago'], reason: 'units are abbreviated' },
+  { locales: ['ta'], kinds: ['ago'], reason: 'hours are abbreviated to one letter' },
+  { locales: ['bn'], kinds: ['ago'], reason: 'another spelling of hour' },
+  { locales: ['ar'], kinds: [...numbers, 'ago', 'time', 'date'], reason: 'digits are those of Europe where no region is named' },
+  { locales: ['km'], kinds: numbers, reason: 'comma and point change places' },
+  { locales: ['my'], kinds: ['compact'], reason: 'another word for ten millions' },
+  { locales: ['th', 'th-u-nu-thai', 'th-u-ca-gregory'], kinds: ['weekday'], reason: 'weekdays are written out' },
+  { locales: ['vi'], kinds: ['weekday'], reason: 'the word for day is written out' },
+  { locales: ['ta', 'ko'], kinds: ['time'], reason: 'AM and PM instead of words' },
+  { locales: ['am'], kinds: ['time'], reason: 'the word for the time of day comes first' },
+];
+
 function table() {
   const texts = {};
   for (const locale of locales) {
@@ -116,12 +146,16 @@ if (process.argv[2] === '--differences') {
     for (const kind of Object.keys(kinds)) {
       inputs[kind].forEach((input, index) => {
         const [before, now] = [older, newer].map((from) => from.texts[locale][kind][index]);
-        if (before !== now) differences.push([locale, kind, String(input), before, now]);
+        if (before === now) return;
+        if (!reasons.some((one) => one.locales.includes(locale) && one.kinds.includes(kind))) {
+          throw new Error(`no reason is named for ${locale}, ${kind}: "${before}", now "${now}"`);
+        }
+        differences.push([locale, kind, String(input), before, now]);
       });
     }
   }
   const command = 'node make-expected.mjs --differences older.json > differences.json';
-  print({ older: older.madeWith, newer: { ...newer.madeWith, command }, differences });
+  print({ older: older.madeWith, newer: { ...newer.madeWith, command }, reasons, differences });
 } else {
   print(table());
 }
