@@ -69,6 +69,22 @@ TEST(FormatLocale, LeavesOutExtensionsThatNobodyKnows)
     EXPECT_EQ(formatFor("de-u-hc-foobar").timeText(moment("2026-03-04T15:05:00Z")), "15:05");
 }
 
+TEST(FormatLocale, LeavesOutExtensionsThatAreOverlong)
+{
+    for (const char* key : {"ca", "hc", "nu", "rg"}) {
+        for (const int parts : {2, 3, 5, 12}) {
+            std::string identifier = std::string{"en-GB-u-"} + key;
+            for (int part = 0; part < parts; ++part) {
+                identifier += "-abcdefgh";
+            }
+            const RoostFormat format = formatFor(identifier);
+            EXPECT_EQ(format.compact(1500), "1.5K") << identifier;
+            EXPECT_EQ(format.ago(300), "5 min ago") << identifier;
+            EXPECT_EQ(format.timeText(moment("2026-03-04T15:05:00Z")), "15:05") << identifier;
+        }
+    }
+}
+
 TEST(FormatLocale, SurvivesAnyIdentifier)
 {
     std::mt19937 random{11};

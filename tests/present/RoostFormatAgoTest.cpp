@@ -34,6 +34,7 @@ TEST(RoostFormatAgo, CutsToTheGreatestUnitThatFits)
     EXPECT_EQ(format.ago(60), "1 min. ago");
     EXPECT_EQ(format.ago(60.5), "1 min. ago");
     EXPECT_EQ(format.ago(119.999), "1 min. ago");
+    EXPECT_EQ(format.ago(119.9999), "1 min. ago") << "not rounded, by no unit";
     EXPECT_EQ(format.ago(5 * minute), "5 min. ago");
     EXPECT_EQ(format.ago(hour - 0.001), "59 min. ago");
     EXPECT_EQ(format.ago(hour), "1 hr. ago");
