@@ -5,7 +5,10 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unicode/ubidi.h>
+#include <unicode/unistr.h>
 
+#include <memory>
 #include <sstream>
 
 namespace roost {
@@ -124,6 +127,57 @@ TEST(StatusText, IsolatesWhatRunsFromRightToLeft)
     EXPECT_THAT(tableOf({fullRecord()}), Not(HasSubstr("\u2068")));
     // Every cell of an Arabic card is one, numbers and blanks in it included.
     EXPECT_THAT(tableOf({fullRecord()}, {}, "ar-u-nu-latn"), HasSubstr("\u2068المتابعون  1,310\u2069"));
+}
+
+/// Whether a terminal that orders letters as UAX #9 says shows in the first `columns` of `line` what stands
+/// there in memory, and beyond them the rest.
+bool keepsColumns(const std::string& line, int columns)
+{
+    const icu::UnicodeString text = icu::UnicodeString::fromUTF8(line);
+    if (text.isEmpty()) {
+        return true;
+    }
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<UBiDi, void (*)(UBiDi*)> order{ubidi_open(), ubidi_close};
+    ubidi_setPara(order.get(), text.getBuffer(), text.length(), UBIDI_DEFAULT_LTR, nullptr, &status);
+    std::vector<std::int32_t> logical(static_cast<std::size_t>(text.length()));
+    ubidi_getVisualMap(order.get(), logical.data(), &status);
+    EXPECT_TRUE(U_SUCCESS(status));
+    const auto width = [&text](std::int32_t from, std::int32_t length) {
+        std::string part;
+        text.tempSubString(from, length).toUTF8String(part);
+        return displayWidth(part);
+    };
+    int shown = 0;
+    for (const std::int32_t index : logical) {
+        // The halves of a pair are next to each other; the first one counts.
+        const int own = U16_IS_TRAIL(text[index]) ? 0 : width(index, U16_IS_LEAD(text[index]) ? 2 : 1);
+        if (own > 0 && (shown < columns) != (width(0, index) < columns)) {
+            return false;
+        }
+        shown += own;
+    }
+    return true;
+}
+
+TEST(StatusText, KeepsItsColumnsWhereTheTerminalOrdersLetters)
+{
+    std::vector<RoostAccountRecord> records{fullRecord(), fullRecord(), fullRecord()};
+    records[1].profileName = "קפה הבוקר";
+    records[1].snapshot->best->text = "תודה ל-10,000 מכם! 🎉 (Danke)";
+    records[2].profileName = "مقهى 12";
+    records[2].snapshot->posts.next.back().text = "١٢ وصفة";
+    for (const char* locale : {"en", "de", "ja", "ar", "ar-EG", "he", "fa", "ur"}) {
+        for (const int width : {40, 60, 80, 0}) {
+            const std::vector<std::string> lines = linesOf(tableOf(records, {.width = width}, locale));
+            const std::string& heading = lines.front();
+            const int columns = displayWidth(heading.substr(0, heading.rfind("  ") + 2));
+            for (const std::string& line : lines) {
+                EXPECT_TRUE(keepsColumns(line, columns)) << locale << '\n' << line;
+            }
+        }
+    }
+    EXPECT_FALSE(keepsColumns("שלום      תודה", 6)) << "what would come of it";
 }
 
 TEST(StatusText, LetsNoTextSteerTheTerminal)
