@@ -49,23 +49,28 @@ TEST(RoostL10n, GivesEveryThreadTheSameCatalogueUnderContention)
     std::vector<std::string> identifiers;
     for (const std::string& localisation : test::translatedLocalisations()) {
         // Identifiers that nobody has asked for: every one is chosen here, by whoever comes first.
-        for (int i = 0; i < 20; ++i) {
+        for (int i = 0; i < 300; ++i) {
             identifiers.push_back(localisation + "-x-thread" + std::to_string(i));
         }
     }
     constexpr std::size_t threads = 8;
     std::latch start{threads};
     std::vector<std::vector<const RoostL10n::Catalogue*>> seen(threads);
-    std::vector<std::string> words(threads);
+    std::vector<std::vector<std::string>> words(threads);
     {
         std::vector<std::jthread> running;
         for (std::size_t thread = 0; thread < threads; ++thread) {
             running.emplace_back([&, thread] {
                 start.arrive_and_wait();
-                for (const std::string& identifier : identifiers) {
-                    const RoostL10n::Catalogue& catalogue = RoostL10n::bundle(identifier);
-                    seen[thread].push_back(&catalogue);
-                    words[thread] += catalogue.text("Today") + RoostL10n::scheduled(3, identifier);
+                // Each begins elsewhere, so that they choose at the same time, not one after another.
+                const std::size_t first = identifiers.size() / threads * thread;
+                seen[thread].resize(identifiers.size());
+                words[thread].resize(identifiers.size());
+                for (std::size_t step = 0; step < identifiers.size(); ++step) {
+                    const std::size_t i = (first + step) % identifiers.size();
+                    const RoostL10n::Catalogue& catalogue = RoostL10n::bundle(identifiers[i]);
+                    seen[thread][i] = &catalogue;
+                    words[thread][i] = catalogue.text("Today") + catalogue.plural("%lld scheduled", 3);
                 }
             });
         }
