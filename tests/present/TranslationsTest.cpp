@@ -144,9 +144,28 @@ const std::multimap<std::string, QString>& misprints()
     return patterns;
 }
 
-TEST(Translations, AreSetAsTheirLanguageIs)
+/// How readers are not addressed, since all other texts of the language address them otherwise.
+const std::multimap<std::string, QString>& otherAddresses()
 {
-    for (const auto& [localisation, pattern] : misprints()) {
+    static const std::multimap<std::string, QString> patterns{
+        {"de", QStringLiteral("\\b(Sie|Ihnen|Ihre?|Ihre[nmrs])\\b")},
+        {"es", QStringLiteral("(?i)\\b(usted|vos|vuestr\\w+)\\b")},
+        {"fr", QStringLiteral("(?i)\\b(tu|toi|ton|ta|tes)\\b")},
+        {"it", QStringLiteral("\\b(Lei|voi|Suo|Sua|Suoi|vostr\\w+)\\b")},
+        {"nl", QStringLiteral("(?i)\\b(u|uw)\\b")},
+        {"pl", QStringLiteral("\\b(Pan|Pani|Państwo|tw[oó]j\\w*)\\b")},
+        {"pt-BR", QStringLiteral("(?i)\\b(tu|teus?|tuas?|vosso)\\b")},
+        {"uk", QStringLiteral("(?i)\\b(ти|тебе|тобі|тво\\w+)\\b")},
+        {"zh-Hans", QStringLiteral("您")},
+    };
+    return patterns;
+}
+
+TEST(Translations, AreSetAsTheirLanguageIsAndAddressReadersInOneWay)
+{
+    std::multimap<std::string, QString> patterns = misprints();
+    patterns.insert(otherAddresses().begin(), otherAddresses().end());
+    for (const auto& [localisation, pattern] : patterns) {
         const QRegularExpression misprint{pattern, QRegularExpression::UseUnicodePropertiesOption};
         ASSERT_TRUE(misprint.isValid()) << pattern.toStdString();
         for (const TranslationEntry& entry : catalogue(localisation).entries) {
