@@ -61,6 +61,11 @@ bool RoostFormat::knows(const std::string& locale) { return hasLocaleData(locale
 
 const std::string& RoostFormat::locale() const { return parts_->settings().locale; }
 
+bool RoostFormat::operator==(const RoostFormat& other) const
+{
+    return parts_ == other.parts_ || parts_->settings() == other.parts_->settings();
+}
+
 std::string RoostFormat::compact(std::int64_t count) const { return parts_->numbers().compact(count); }
 
 std::string RoostFormat::full(std::int64_t count) const { return parts_->numbers().full(count); }

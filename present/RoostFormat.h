@@ -27,6 +27,8 @@ public:
         std::string calendarTimeZone;
         /// The zone of the hours and days that are printed.
         std::string timeZone;
+
+        bool operator==(const Settings&) const = default;
     };
 
     struct QueueTime {
@@ -53,6 +55,9 @@ public:
 
     /// As it was given.
     const std::string& locale() const;
+
+    /// Whether both were given the same: then they write the same.
+    bool operator==(const RoostFormat& other) const;
 
     /// "950", "1.5K", "15K", "2.3M": in the locale's short compact form from 1000 on, with one decimal at
     /// most while the count, divided by 1000 until it is below 1000, is below 100. The least integer, which

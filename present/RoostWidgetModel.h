@@ -9,7 +9,8 @@
 
 namespace roost {
 
-/// All that a surface needs to show numbers: a widget, its preview, a card. A plain value.
+/// All that a surface needs to show numbers: a widget, its preview, a card. A plain value; equality is
+/// member-wise.
 struct RoostWidgetModel {
     using Content = RoostWidgetContent::Any;
 
@@ -23,6 +24,8 @@ struct RoostWidgetModel {
     QUrl baseURL;
     /// Whether buttons and links act; not in previews.
     bool interactive = false;
+
+    bool operator==(const RoostWidgetModel&) const = default;
 };
 
 } // namespace roost
