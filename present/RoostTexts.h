@@ -86,6 +86,8 @@ inline constexpr RoostText roostTexts[] = {
     {QT_TRANSLATE_NOOP("Roost", "New followers: %@"), Filling::text},
     //: Body, under "New followers": how many there are now. %@ is a short number.
     {QT_TRANSLATE_NOOP("Roost", "Total: %@"), Filling::text},
+    //: Button under a notification: opens the page that it is about.
+    {QT_TRANSLATE_NOOP("Roost", "Open")},
 
     // Updates of the program
 

@@ -136,6 +136,11 @@
         <translation>الإجمالي: %@</translation>
     </message>
     <message>
+        <source>Open</source>
+        <extracomment>Button under a notification: opens the page that it is about.</extracomment>
+        <translation>فتح</translation>
+    </message>
+    <message>
         <source>Version %@ is available.</source>
         <extracomment>%@ is a version, such as 1.4.2.</extracomment>
         <translation>الإصدار %@ متاح.</translation>

@@ -132,6 +132,11 @@
         <translation>Total: %@</translation>
     </message>
     <message>
+        <source>Open</source>
+        <extracomment>Button under a notification: opens the page that it is about.</extracomment>
+        <translation>Abrir</translation>
+    </message>
+    <message>
         <source>Version %@ is available.</source>
         <extracomment>%@ is a version, such as 1.4.2.</extracomment>
         <translation>La versión %@ está disponible.</translation>

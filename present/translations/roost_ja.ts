@@ -131,6 +131,11 @@
         <translation>合計：%@</translation>
     </message>
     <message>
+        <source>Open</source>
+        <extracomment>Button under a notification: opens the page that it is about.</extracomment>
+        <translation>開く</translation>
+    </message>
+    <message>
         <source>Version %@ is available.</source>
         <extracomment>%@ is a version, such as 1.4.2.</extracomment>
         <translation>バージョン%@を利用できます。</translation>

@@ -132,6 +132,11 @@
         <translation>Totaal: %@</translation>
     </message>
     <message>
+        <source>Open</source>
+        <extracomment>Button under a notification: opens the page that it is about.</extracomment>
+        <translation>Openen</translation>
+    </message>
+    <message>
         <source>Version %@ is available.</source>
         <extracomment>%@ is a version, such as 1.4.2.</extracomment>
         <translation>Versie %@ is beschikbaar.</translation>

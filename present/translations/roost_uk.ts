@@ -133,6 +133,11 @@
         <translation>Усього: %@</translation>
     </message>
     <message>
+        <source>Open</source>
+        <extracomment>Button under a notification: opens the page that it is about.</extracomment>
+        <translation>Відкрити</translation>
+    </message>
+    <message>
         <source>Version %@ is available.</source>
         <extracomment>%@ is a version, such as 1.4.2.</extracomment>
         <translation>Доступна версія %@.</translation>
