@@ -29,10 +29,12 @@ NotificationCenter::Request requestFor(const PlannedEvent& planned, Notification
 
 } // namespace
 
-NotificationService::NotificationService(NotificationCenter& center, const Settings& settings, Opener open)
+NotificationService::NotificationService(NotificationCenter& center, const Settings& settings, Opener open,
+                                         std::chrono::milliseconds patience)
     : center_{&center},
       settings_{&settings},
-      open_{std::move(open)}
+      open_{std::move(open)},
+      patience_{patience}
 {
     center.setDelegate(this);
 }
@@ -48,7 +50,7 @@ QCoro::Task<> NotificationService::deliver(std::vector<PlannedEvent> events, Roo
     if (events.empty() || stop.stop_requested()) {
         co_return;
     }
-    auto asking = center_->authorization(patience);
+    auto asking = center_->authorization(patience_);
     const Authorization authorization = co_await asking;
     if (authorization != Authorization::authorized && authorization != Authorization::provisional) {
         co_return;
@@ -62,7 +64,7 @@ QCoro::Task<> NotificationService::deliver(std::vector<PlannedEvent> events, Roo
         }
         auto adding = center_->add(
             requestFor(planned, NotificationContent::make(planned.event, snapshot, format, baseURL)),
-            patience);
+            patience_);
         // Whether it was taken changes nothing: the ledger has its key already.
         static_cast<void>(co_await adding);
     }

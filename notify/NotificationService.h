@@ -23,10 +23,11 @@ public:
     /// Shows a web address to the user.
     using Opener = std::function<void(WebURL)>;
 
-    /// How long the center may take for one event before that is given up.
-    static constexpr std::chrono::seconds patience{5};
+    static constexpr std::chrono::seconds defaultPatience{5};
 
-    NotificationService(NotificationCenter& center, const Settings& settings, Opener open);
+    /// `patience` is how long the center may take for one answer before that event is given up.
+    NotificationService(NotificationCenter& center, const Settings& settings, Opener open,
+                        std::chrono::milliseconds patience = defaultPatience);
     ~NotificationService() override;
     NotificationService(const NotificationService&) = delete;
     NotificationService& operator=(const NotificationService&) = delete;
@@ -44,6 +45,7 @@ private:
     NotificationCenter* center_;
     const Settings* settings_;
     Opener open_;
+    std::chrono::milliseconds patience_;
 };
 
 } // namespace roost
