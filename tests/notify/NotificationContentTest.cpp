@@ -1,5 +1,6 @@
 #include "notify/NotificationContent.h"
 
+#include "present/RoostL10n.h"
 #include "present/SampleData.h"
 
 #include <gtest/gtest.h>
@@ -101,35 +102,88 @@ TEST_F(NotificationContentTest, TakesWhatPeopleWroteAsItIs)
     }
 }
 
-TEST_F(NotificationContentTest, SpeaksTheLanguageOfTheFormatAndWritesItsNumbers)
+TEST_F(NotificationContentTest, SpeaksEnglishToWhomeverItHasNoWordsFor)
 {
     EXPECT_EQ(make(RoostEvent::NewFollowers{1'234, 45'678}, "xx_XX").body, "Total: 45.7K");
-    for (const char* locale :
-         {"ar", "de", "es", "fr", "he", "it", "ja", "nl", "pl", "pt_BR", "uk", "zh_Hans"}) {
-        const RoostFormat format{{locale, "UTC", "UTC"}};
-        for (const RoostEvent::Any& event :
-             {RoostEvent::Any{RoostEvent::Milestone{10'000, best}},
-              RoostEvent::Any{RoostEvent::NewBest{best, 0}}, RoostEvent::Any{RoostEvent::PostWentOut{post}},
-              RoostEvent::Any{RoostEvent::PostFailed{post}}, RoostEvent::Any{RoostEvent::PostFailed{}},
-              RoostEvent::Any{RoostEvent::NewFollowers{1'234, 9}}}) {
-            const NotificationContent translated = make(event, locale);
-            EXPECT_NE(translated.title, make(event).title) << locale << event.index();
-            EXPECT_EQ((translated.title + translated.body).find("%@"), std::string::npos) << locale;
-            EXPECT_EQ(translated.url, make(event).url);
+}
+
+/// One row of what notifications say: the text that its title or body is made of, and what fills that.
+struct Row {
+    RoostEvent::Any event;
+    std::string_view title;
+    std::string titleNumber;
+    std::string_view body;
+    std::string bodyNumber;
+    /// What stands before and after the filled text of the body.
+    std::string before;
+    std::string after;
+};
+
+class NotificationContentIn : public testing::TestWithParam<std::string> {
+protected:
+    /// The text as the catalogue has it, filled.
+    std::string said(std::string_view key, const std::string& number) const
+    {
+        if (key.empty()) {
+            return {};
         }
-        EXPECT_NE(make(RoostEvent::Milestone{10'000, best}, locale).title.find(format.compact(10'000)),
-                  std::string::npos)
-            << locale;
-        EXPECT_NE(make(RoostEvent::NewFollowers{1'234, 45'678}, locale).title.find(format.signedCount(1'234)),
-                  std::string::npos)
-            << locale;
-        EXPECT_NE(make(RoostEvent::NewFollowers{1'234, 45'678}, locale).body.find(format.compact(45'678)),
-                  std::string::npos)
-            << locale;
-        EXPECT_TRUE(make(RoostEvent::Milestone{1'000, best}, locale).body.starts_with("“Hello” · Bluesky · "))
-            << locale;
+        std::string text = RoostL10n::bundle(GetParam()).text(key);
+        if (const std::size_t gap = text.find("%@"); gap != std::string::npos) {
+            text.replace(gap, 2, number);
+        }
+        return text;
+    }
+
+    const RoostFormat format{{GetParam(), "UTC", "UTC"}};
+    const std::string views = format.compact(12'345);
+    const std::string wild = "%1 %@ <b>&amp;</b> %lld";
+    const RoostSnapshot::BestPost best{"bluesky", "Bluesky", 12'345, "Hello", std::nullopt};
+    const RoostSnapshot::BestPost unnamed{"bluesky", "", 12'345, "", std::nullopt};
+    const RoostSnapshot::BestPost wildBest{"bluesky", wild, 12'345, wild, std::nullopt};
+    const RoostSnapshot::Posts::Next post{"id", Date{}, wild, {}};
+    const RoostSnapshot::Posts::Next untitled{"id", Date{}, "", {}};
+    const std::string milestone = "A post passed %@ views";
+    const std::string newBest = "New best post of the week";
+    const std::string failed = "A post did not go out";
+    const std::string why = "Open Brisken Roost to see why.";
+
+    const std::vector<Row> rows{
+        {RoostEvent::Milestone{1'000, best}, milestone, format.compact(1'000), "Views: %@", views,
+         "“Hello” · Bluesky · "},
+        {RoostEvent::Milestone{100'000, unnamed}, milestone, format.compact(100'000), "Views: %@", views, ""},
+        {RoostEvent::NewBest{wildBest, 1}, newBest, "", "Views: %@", views,
+         "“" + wild + "” · " + wild + " · "},
+        {RoostEvent::PostWentOut{post}, "Post went out", "", "", "", wild},
+        {RoostEvent::PostWentOut{untitled}, "Post went out", "", "Untitled post", "", ""},
+        {RoostEvent::PostFailed{post}, failed, "", why, "", "“" + wild + "”\n"},
+        {RoostEvent::PostFailed{untitled}, failed, "", why, "", ""},
+        {RoostEvent::PostFailed{}, failed, "", why, "", ""},
+        {RoostEvent::NewFollowers{1'234, 45'678}, "New followers: %@", format.signedCount(1'234), "Total: %@",
+         format.compact(45'678), ""},
+    };
+};
+
+TEST_P(NotificationContentIn, SaysEveryKindInItsWordsAndNumbers)
+{
+    const RoostSnapshot snapshot = SampleData::minimal(Date{});
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const NotificationContent made = NotificationContent::make(rows[i].event, snapshot, format, base);
+        EXPECT_EQ(made.title, said(rows[i].title, rows[i].titleNumber)) << i;
+        EXPECT_EQ(made.body, rows[i].before + said(rows[i].body, rows[i].bodyNumber)) << i;
+        EXPECT_FALSE(made.title.empty() || made.body.empty()) << i;
+        EXPECT_EQ(made.url, WebURL::parse(overview)) << i;
+        if (GetParam() != "en") {
+            const RoostFormat english{{"en", "UTC", "UTC"}};
+            EXPECT_NE(made.title, NotificationContent::make(rows[i].event, snapshot, english, base).title)
+                << i;
+        }
     }
 }
+
+INSTANTIATE_TEST_SUITE_P(Languages, NotificationContentIn,
+                         testing::Values("ar", "de", "en", "es", "fr", "he", "it", "ja", "nl", "pl", "pt_BR",
+                                         "uk", "zh_Hans"),
+                         [](const auto& language) { return language.param; });
 
 } // namespace
 } // namespace roost
