@@ -14,8 +14,9 @@ const QString service = QStringLiteral("org.freedesktop.Notifications");
 const QString path = QStringLiteral("/org/freedesktop/Notifications");
 const QString busService = QStringLiteral("org.freedesktop.DBus");
 
-/// "NotificationClosed": it ran out. Many servers keep such a notification where it can still be opened.
-constexpr uint expired = 1;
+// Capabilities and hints beyond the specification, each one name for both.
+const QString stackTag = QStringLiteral("x-dunst-stack-tag");
+const QString append = QStringLiteral("x-canonical-append");
 
 /// More than any server keeps; those with the lowest numbers, the oldest, are forgotten first.
 constexpr std::size_t mostShown = 1'000;
@@ -30,8 +31,24 @@ std::chrono::milliseconds left(const QDeadlineTimer& deadline)
     return std::chrono::milliseconds{std::max<qint64>(deadline.remainingTime(), 1)};
 }
 
-/// On the bus a text ends at its first NUL.
-QString textOf(const std::string& text) { return QString::fromStdString(text).remove(QChar{QChar::Null}); }
+/// `text` without what servers stumble over: on the bus a text ends at its first NUL, and one with markup is
+/// read as XML, which has no control characters but these.
+QString textOf(const std::string& text)
+{
+    QString clean = QString::fromStdString(text);
+    clean.removeIf([](QChar c) {
+        const bool isControl = c < QChar::Space && c != u'\t' && c != u'\n' && c != u'\r';
+        return isControl || c.unicode() >= 0xfffe;
+    });
+    return clean;
+}
+
+/// Whether the bus says that it has nobody of that name (D-Bus Specification, "Message Bus Messages").
+bool saysNobodyIsThere(const QDBusMessage& answer)
+{
+    return answer.errorName() == QLatin1String("org.freedesktop.DBus.Error.ServiceUnknown") ||
+           answer.errorName() == QLatin1String("org.freedesktop.DBus.Error.NameHasNoOwner");
+}
 
 } // namespace
 
@@ -73,6 +90,10 @@ QCoro::Task<bool> DesktopNotifications::add(Request request, std::chrono::millis
                 keep(answer.arguments().value(0).toUInt(), std::move(request));
             }
             co_return true;
+        }
+        // One that left while it told what it can do was not known yet when the bus told of its leaving.
+        if (server_ == server && saysNobodyIsThere(answer)) {
+            forgetServer();
         }
         // A server that has left may have a successor.
         if (isSecondTry || server_ == server) {
@@ -140,9 +161,18 @@ QDBusMessage DesktopNotifications::notifyCall(const Request& request) const
     if (!request.userInfo.empty() && capabilities_->contains(QLatin1String("actions"))) {
         actions = {QStringLiteral("default"), openLabel_, QStringLiteral("open"), openLabel_};
     }
-    const QVariantMap hints{{QStringLiteral("category"), textOf(request.threadIdentifier)},
-                            {QStringLiteral("desktop-entry"), RoostBus::name},
-                            {QStringLiteral("sound-name"), QStringLiteral("message-new-instant")}};
+    QVariantMap hints{{QStringLiteral("category"), textOf(request.threadIdentifier)},
+                      {QStringLiteral("desktop-entry"), RoostBus::name},
+                      {QStringLiteral("sound-name"), QStringLiteral("message-new-instant")}};
+    // Replaces what has the same tag, also where an earlier process has shown it. The thread would be the
+    // wrong tag: of two posts that failed at once only one would ever be seen.
+    if (capabilities_->contains(stackTag)) {
+        hints.insert(stackTag, textOf(request.identifier));
+    }
+    // Adds the body to those that stand under the same title.
+    if (capabilities_->contains(append)) {
+        hints.insert(append, QStringLiteral("allowed"));
+    }
     // To this very server: another one may know other numbers and read texts otherwise.
     QDBusMessage call = callOf(QStringLiteral("Notify"), server_);
     call.setArguments({QStringLiteral("Brisken Roost"), replaces, QString{}, textOf(request.title),
@@ -173,16 +203,12 @@ void DesktopNotifications::invoke(uint id, const QString& action, const QDBusMes
     delegate_->userOpened(found->second.userInfo);
 }
 
-void DesktopNotifications::close(uint id, uint reason, const QDBusMessage& message)
+void DesktopNotifications::close(uint id, uint /*reason*/, const QDBusMessage& message)
 {
+    // It can still be opened, whatever the reason: servers keep lists of what is over.
     const auto found = shown_.find(id);
-    if (message.service() != server_ || found == shown_.end()) {
-        return;
-    }
-    if (reason == expired) {
+    if (message.service() == server_ && found != shown_.end()) {
         found->second.isOpen = false;
-    } else {
-        shown_.erase(found);
     }
 }
 

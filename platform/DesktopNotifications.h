@@ -17,9 +17,10 @@
 namespace roost {
 
 /// The desktop's notification server, org.freedesktop.Notifications on the session bus (Desktop Notifications
-/// Specification 1.2). Whether this program may notify is the server's to say and cannot be asked: one that
-/// answers is taken for a yes, and none for a no. A server that leaves, or comes back as another, is noticed.
-/// Main thread.
+/// Specification 1.2). Whether this program may notify cannot be asked: a server that answers is taken for a
+/// yes, and none for a no. The switch that a desktop has for each program is the server's own to respect,
+/// which knows this one by the hint "desktop-entry". A server that leaves, or comes back as another, is
+/// noticed. Main thread.
 class DesktopNotifications final : public QObject, public NotificationCenter {
     Q_OBJECT
 

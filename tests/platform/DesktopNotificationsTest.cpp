@@ -12,6 +12,7 @@ namespace roost::test {
 namespace {
 
 using namespace std::chrono_literals;
+using namespace std::string_literals;
 using Authorization = NotificationCenter::Authorization;
 using Manner = NotificationServerStandIn::Manner;
 using Request = NotificationCenter::Request;
@@ -118,13 +119,15 @@ TEST_F(DesktopNotificationsTest, HandsMarkupOverAsTextToWhoeverReadsMarkup)
     EXPECT_EQ(last().body, QStringLiteral("<b>1</b> & \"2\" &amp;\n“3” 😀"));
 }
 
-TEST_F(DesktopNotificationsTest, HandsTextsOverWhole)
+TEST_F(DesktopNotificationsTest, HandsOverNoCharacterThatEndsATextOrIsNone)
 {
     serve();
     Request request = requestOf("a");
-    request.body = std::string("before\0after", 12);
+    request.title = "before\0after\x1f"s;
+    request.body = "be\0fore\n\x01\x08 after\t\r\uFFFE\uFFFF ÿ😀 \xff"s;
     ASSERT_TRUE(add(request));
-    EXPECT_EQ(last().body, QStringLiteral("beforeafter"));
+    EXPECT_EQ(last().summary, QStringLiteral("beforeafter"));
+    EXPECT_EQ(last().body, QStringLiteral("before\n after\t\r ÿ😀 \uFFFD"));
 }
 
 TEST_F(DesktopNotificationsTest, OffersNothingToOpenWhereThatCannotBe)
@@ -199,18 +202,44 @@ TEST_F(DesktopNotificationsTest, TellsNobodyWhenNobodyListens)
     EXPECT_THAT(listener.opened, IsEmpty());
 }
 
-TEST_F(DesktopNotificationsTest, ForgetsWhatWasDismissedAndKeepsWhatRanOut)
+TEST_F(DesktopNotificationsTest, TellsThatWhatIsOverWasOpened)
 {
-    constexpr uint ranOut = 1;
-    constexpr uint dismissed = 2;
     serve();
-    ASSERT_TRUE(add(requestOf("a")) && add(requestOf("b")));
-    server->close(1, ranOut);
-    server->close(2, dismissed);
+    for (const uint reason : {1U, 2U, 3U, 4U}) {
+        ASSERT_TRUE(add(requestOf(std::to_string(reason))));
+        server->close(last().id, reason);
+        server->invoke(last().id, QStringLiteral("default"));
+    }
+    settle();
+    EXPECT_THAT(listener.opened, ElementsAre("https://a/1", "https://a/2", "https://a/3", "https://a/4"));
+}
+
+TEST_F(DesktopNotificationsTest, RemembersTheLastThousand)
+{
+    serve();
+    for (int i = 1; i <= 1'001; ++i) {
+        ASSERT_TRUE(add(requestOf(std::to_string(i))));
+    }
     server->invoke(1, QStringLiteral("default"));
     server->invoke(2, QStringLiteral("default"));
+    server->invoke(1'001, QStringLiteral("default"));
     settle();
-    EXPECT_THAT(listener.opened, ElementsAre("https://a/a"));
+    EXPECT_THAT(listener.opened, ElementsAre("https://a/2", "https://a/1001"));
+}
+
+TEST_F(DesktopNotificationsTest, BelievesTheServerAloneThatANotificationIsGone)
+{
+    serve();
+    ASSERT_TRUE(add(requestOf("a")));
+    QDBusMessage forged = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/Notifications"),
+                                                     QStringLiteral("org.freedesktop.Notifications"),
+                                                     QStringLiteral("NotificationClosed"));
+    forged.setArguments({1U, 2U});
+    ASSERT_TRUE(bus.connection().send(forged));
+    ASSERT_TRUE(bus.connection().interface()->isServiceRegistered(QStringLiteral("a.b")).isValid());
+    settle();
+    ASSERT_TRUE(add(requestOf("a")));
+    EXPECT_EQ(last().replaces, 1U);
 }
 
 TEST_F(DesktopNotificationsTest, ReplacesWhatIsShownUnderTheSameIdentifier)
@@ -279,6 +308,16 @@ TEST_F(DesktopNotificationsTest, TurnsToTheSuccessorOfAServerThatLeavesInTheMids
     EXPECT_TRUE(add(requestOf("a")));
     ASSERT_THAT(successor.taken(), SizeIs(1));
     EXPECT_THAT(successor.taken().front().actions, IsEmpty()) << "it is asked what it can do";
+}
+
+TEST_F(DesktopNotificationsTest, TurnsToTheSuccessorOfAServerThatLeavesOnceItWasAsked)
+{
+    serve().behave(Manner::leavesOnceAsked);
+    ASSERT_EQ(authorization(), Authorization::authorized);
+    EXPECT_FALSE(add(requestOf("a")));
+    const NotificationServerStandIn successor{bus.address(), {}};
+    EXPECT_TRUE(add(requestOf("a")));
+    EXPECT_THAT(successor.taken(), SizeIs(1));
 }
 
 TEST_F(DesktopNotificationsTest, GivesUpWhenAServerLeavesWithoutASuccessor)

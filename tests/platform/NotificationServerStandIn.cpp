@@ -3,6 +3,7 @@
 #include <QDBusArgument>
 #include <QDBusConnectionInterface>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace roost::test {
@@ -66,6 +67,11 @@ bool NotificationServerStandIn::handleMessage(const QDBusMessage& message,
     if (message.member() == QLatin1String("GetCapabilities")) {
         ++timesAsked_;
         connection_->send(message.createReply(capabilities_));
+        if (manner_ == Manner::leavesOnceAsked) {
+            // Everything that it has said is on the bus when the bus answers it.
+            connection_->interface()->unregisterService(service);
+            leave();
+        }
         return true;
     }
     if (message.member() != QLatin1String("Notify") ||
@@ -75,8 +81,18 @@ bool NotificationServerStandIn::handleMessage(const QDBusMessage& message,
     switch (manner_) {
     case Manner::answers:
         take(message);
-        connection_->send(message.createReply(taken_.back().id));
+        mostWaiting_ = std::max(mostWaiting_, ++waiting_);
+        QMetaObject::invokeMethod(
+            this,
+            [this, answer = message.createReply(taken_.back().id)] {
+                --waiting_;
+                if (connection_) {
+                    connection_->send(answer);
+                }
+            },
+            Qt::QueuedConnection);
         break;
+    case Manner::leavesOnceAsked:
     case Manner::refuses:
         connection_->send(message.createErrorReply(
             QStringLiteral("org.freedesktop.Notifications.Error.Excess"), QStringLiteral("too many")));

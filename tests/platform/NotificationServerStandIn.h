@@ -37,6 +37,8 @@ public:
         isMute,
         /// Leaves the bus in the midst of the next notification.
         leaves,
+        /// Leaves the bus as soon as it has said what it can do.
+        leavesOnceAsked,
     };
 
     explicit NotificationServerStandIn(const QString& address, QStringList capabilities, uint firstId = 1);
@@ -46,6 +48,9 @@ public:
     const std::vector<Notification>& taken() const { return taken_; }
     /// How often somebody asked what it can do.
     int timesAsked() const { return timesAsked_; }
+    /// How many notifications were there at once, at most, without an answer: it answers one that came from
+    /// the event loop's next turn.
+    int mostWaiting() const { return mostWaiting_; }
     void behave(Manner manner) { manner_ = manner; }
 
     /// Tells everybody what the user did.
@@ -64,6 +69,8 @@ private:
     QStringList capabilities_;
     std::vector<Notification> taken_;
     int timesAsked_ = 0;
+    int waiting_ = 0;
+    int mostWaiting_ = 0;
     uint nextId_;
     Manner manner_ = Manner::answers;
 };
