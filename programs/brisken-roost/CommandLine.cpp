@@ -1,6 +1,7 @@
 #include "programs/brisken-roost/CommandLine.h"
 
 #include "present/RoostFormat.h"
+#include "programs/brisken-roost/SampleEvents.h"
 #include "programs/common/CommandOptions.h"
 
 #include <algorithm>
@@ -26,6 +27,11 @@ Commands:
              --profile ID      of this profile only
              --format FORMAT   text (default), json or waybar
              --locale ID       in this language and region (pt-BR), not yours
+  notify   show a notification with sample numbers, the way real ones come
+             --test KIND       milestone, newBest, postWentOut, postFailed,
+                               postFailedUnknown, newFollowers or all
+             --locale ID       in this language, not yours
+             --wait            stay, so that a click opens the page, until Ctrl+C
   fetch    fetch one profile's numbers with a bearer token, for development; the
            token is the first line of standard input, or $BRISKEN_ROOST_TOKEN
              --base-url URL    of this service
@@ -37,7 +43,8 @@ Options:
   --version     print the version
 
 Exit codes: 0 fine, 1 failure, 2 wrong usage, 3 nothing to show or signed out,
-4 shown, but older than 15 minutes. More: man brisken-roost
+4 shown, but older than 15 minutes, 5 nobody shows notifications, 6 switched off.
+More: man brisken-roost
 )");
 
 std::expected<StatusFormat, QString> formatFrom(const QString& name)
@@ -55,6 +62,20 @@ std::expected<StatusFormat, QString> formatFrom(const QString& name)
         QStringLiteral("There is no format \"%1\": text, json and waybar are known.").arg(name));
 }
 
+/// The locale that was asked for; nothing when none was.
+std::expected<std::optional<std::string>, QString> localeFrom(const QCommandLineParser& parser)
+{
+    const auto locale = valueOf(parser, QStringLiteral("locale"));
+    if (!locale) {
+        return std::nullopt;
+    }
+    if (!RoostFormat::knows(locale->toStdString())) {
+        return std::unexpected(
+            QStringLiteral("There is no locale \"%1\": de, pt-BR and zh-Hans are ones.").arg(*locale));
+    }
+    return locale->toStdString();
+}
+
 std::expected<Command, QString> statusFrom(const QCommandLineParser& parser)
 {
     StatusCommand command;
@@ -68,13 +89,11 @@ std::expected<Command, QString> statusFrom(const QCommandLineParser& parser)
         }
         command.format = *format;
     }
-    if (const auto locale = valueOf(parser, QStringLiteral("locale"))) {
-        command.locale = locale->toStdString();
-        if (!RoostFormat::knows(*command.locale)) {
-            return std::unexpected(
-                QStringLiteral("There is no locale \"%1\": de, pt-BR and zh-Hans are ones.").arg(*locale));
-        }
+    auto locale = localeFrom(parser);
+    if (!locale) {
+        return std::unexpected(locale.error());
     }
+    command.locale = *std::move(locale);
     return command;
 }
 
@@ -125,24 +144,53 @@ std::expected<Command, QString> syncFrom(const QCommandLineParser& parser)
     return SyncCommand{valueOf(parser, QStringLiteral("base-url")), profileAfter(parser)};
 }
 
-/// A command by its name: the options it takes, how many words may follow it, and how they become a command.
+std::expected<Command, QString> notifyFrom(const QCommandLineParser& parser)
+{
+    QStringList kinds;
+    for (const std::string& kind : SampleEvents::kinds()) {
+        kinds.append(QString::fromStdString(kind));
+    }
+    const auto kind = valueOf(parser, QStringLiteral("test"));
+    if (!kind || !kinds.contains(*kind)) {
+        const QString trouble = kind ? QStringLiteral("There is no kind of notification \"%1\": ").arg(*kind)
+                                     : QStringLiteral("Which notification? With --test, ");
+        const QString last = kinds.takeLast();
+        return std::unexpected(trouble + kinds.join(QLatin1String(", ")) + QLatin1String(" and ") + last +
+                               QLatin1String(" are known."));
+    }
+    auto locale = localeFrom(parser);
+    if (!locale) {
+        return std::unexpected(locale.error());
+    }
+    return NotifyCommand{kind->toStdString(), *std::move(locale), parser.isSet(QStringLiteral("wait"))};
+}
+
+/// A command by its name: the options it takes, with a value and without, how many words may follow it, and
+/// how they become a command.
 struct Grammar {
     QString name;
     QStringList options;
+    QStringList flags;
     int words;
     std::expected<Command, QString> (*from)(const QCommandLineParser&);
 };
 
 const Grammar grammars[] = {
-    {QStringLiteral("sign-in"), {QStringLiteral("base-url")}, 0, signInFrom},
-    {QStringLiteral("accounts"), {QStringLiteral("base-url")}, 0, accountsFrom},
-    {QStringLiteral("sign-out"), {QStringLiteral("base-url")}, 1, signOutFrom},
-    {QStringLiteral("sync"), {QStringLiteral("base-url")}, 1, syncFrom},
+    {QStringLiteral("sign-in"), {QStringLiteral("base-url")}, {}, 0, signInFrom},
+    {QStringLiteral("accounts"), {QStringLiteral("base-url")}, {}, 0, accountsFrom},
+    {QStringLiteral("sign-out"), {QStringLiteral("base-url")}, {}, 1, signOutFrom},
+    {QStringLiteral("sync"), {QStringLiteral("base-url")}, {}, 1, syncFrom},
     {QStringLiteral("status"),
      {QStringLiteral("profile"), QStringLiteral("format"), QStringLiteral("locale")},
+     {},
      0,
      statusFrom},
-    {QStringLiteral("fetch"), {QStringLiteral("profile"), QStringLiteral("base-url")}, 0, fetchFrom},
+    {QStringLiteral("fetch"), {QStringLiteral("profile"), QStringLiteral("base-url")}, {}, 0, fetchFrom},
+    {QStringLiteral("notify"),
+     {QStringLiteral("test"), QStringLiteral("locale")},
+     {QStringLiteral("wait")},
+     0,
+     notifyFrom},
 };
 
 /// What may be given with every command.
@@ -151,13 +199,16 @@ const QStringList generalOptions{QStringLiteral("info")};
 /// The grammar of the first word that is neither an option nor the value of one; null where there is none.
 const Grammar* grammarOf(const QStringList& arguments)
 {
-    QStringList every = generalOptions;
+    QStringList options = generalOptions;
+    QStringList flags;
     for (const Grammar& grammar : grammars) {
-        every += grammar.options;
+        options += grammar.options;
+        flags += grammar.flags;
     }
-    every.removeDuplicates();
+    options.removeDuplicates();
+    flags.removeDuplicates();
     QCommandLineParser parser;
-    addOptions(parser, every);
+    addOptions(parser, options, flags);
     parser.parse(arguments);
     const QString word = parser.positionalArguments().value(0);
     const auto* found = std::ranges::find(grammars, word, &Grammar::name);
@@ -175,7 +226,8 @@ std::expected<CommandLine, QString> parseCommandLine(const QStringList& words, c
     const QStringList arguments = QStringList{QString{}} + words;
     const Grammar* grammar = grammarOf(arguments);
     QCommandLineParser parser;
-    addOptions(parser, generalOptions + (grammar != nullptr ? grammar->options : QStringList{}));
+    addOptions(parser, generalOptions + (grammar != nullptr ? grammar->options : QStringList{}),
+               grammar != nullptr ? grammar->flags : QStringList{});
     if (!parser.parse(arguments)) {
         return unusable(parser.errorText());
     }

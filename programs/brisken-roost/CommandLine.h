@@ -69,6 +69,18 @@ struct SyncCommand {
     bool operator==(const SyncCommand&) const = default;
 };
 
+/// `notify`: notifications with sample numbers, for trying out.
+struct NotifyCommand {
+    /// One of `SampleEvents::kinds`.
+    std::string kind;
+    /// In whose language and numbers; the machine's when absent.
+    std::optional<std::string> locale;
+    /// Whether it stays for clicks until it is stopped.
+    bool waits = false;
+
+    bool operator==(const NotifyCommand&) const = default;
+};
+
 /// `--help` and `--version`: a text for standard output.
 struct PrintCommand {
     QString text;
@@ -77,7 +89,7 @@ struct PrintCommand {
 };
 
 using Command = std::variant<StatusCommand, FetchCommand, SignInCommand, AccountsCommand, SignOutCommand,
-                             SyncCommand, OpenCallbackCommand, PrintCommand>;
+                             SyncCommand, NotifyCommand, OpenCallbackCommand, PrintCommand>;
 
 struct CommandLine {
     Command command;

@@ -1,11 +1,16 @@
+#include "app/AppSettings.h"
+#include "bus/SessionBus.h"
 #include "model/Clock.h"
 #include "model/InfoDictionary.h"
 #include "model/RoostLog.h"
+#include "platform/BrowserLauncher.h"
+#include "platform/IniSettings.h"
 #include "platform/TerminationSignals.h"
 #include "programs/brisken-roost/AccountsCommand.h"
 #include "programs/brisken-roost/CommandLine.h"
 #include "programs/brisken-roost/FetchCommand.h"
 #include "programs/brisken-roost/Machine.h"
+#include "programs/brisken-roost/NotifyCommand.h"
 #include "programs/brisken-roost/OpenCallbackCommand.h"
 #include "programs/brisken-roost/SignInCommand.h"
 #include "programs/brisken-roost/SignOutCommand.h"
@@ -122,7 +127,45 @@ struct Run {
         });
     }
 
+    CommandResult operator()(const NotifyCommand& command) const
+    {
+        const auto base = machine.base(std::nullopt);
+        if (!base) {
+            return failed(ExitCode::usage, base.error());
+        }
+        const QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        const auto say = [](const std::string& text) { std::fputs(text.c_str(), stderr); };
+        const auto sayThatNothingOpened = [say](BrowserOpener::Trouble) {
+            say("The page could not be opened: there is no browser to open it in, or none to see it on.\n");
+        };
+        BrowserLauncher launcher{environment};
+        IniSettings settings{IniSettings::location()};
+        AppSettings::registerDefaults(settings);
+        const NotifyParts parts{
+            .busAddresses = sessionBusAddresses(environment),
+            .settings = settings,
+            .open = [&](WebURL url) { launcher.open(std::move(url), sayThatNothingOpened); },
+            .base = *base,
+            .format = command.locale ? RoostFormat{{*command.locale, {}, {}}} : RoostFormat::system(),
+            .now = systemClock(),
+            .say = say};
+        return untilStopped(
+            [&](std::stop_token stop) { return QCoro::waitFor(runNotify(command, parts, stop)); });
+    }
+
 private:
+    /// Has the first wish to end the program stop `work`, in its own time.
+    template <class Work>
+    CommandResult untilStopped(const Work& work) const
+    {
+        std::stop_source stop;
+        const TerminationSignals signals{[&stop] {
+            std::fputs("brisken-roost: stopping; once more to stop at once\n", stderr);
+            stop.request_stop();
+        }};
+        return work(stop.get_token());
+    }
+
     template <class Work>
     CommandResult withServices(const std::optional<QString>& baseURL, const Work& work) const
     {
@@ -131,12 +174,8 @@ private:
             return failed(ExitCode::usage, base.error());
         }
         // A refresh that is under way must not be cut off: its token could be lost.
-        std::stop_source stop;
-        const TerminationSignals signals{[&stop] {
-            std::fputs("brisken-roost: stopping; once more to stop at once\n", stderr);
-            stop.request_stop();
-        }};
-        return work(machine.services(*base), stop.get_token());
+        return untilStopped(
+            [&](std::stop_token stop) { return work(machine.services(*base), std::move(stop)); });
     }
 };
 

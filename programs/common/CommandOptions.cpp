@@ -2,13 +2,16 @@
 
 namespace roost {
 
-void addOptions(QCommandLineParser& parser, const QStringList& takingValues)
+void addOptions(QCommandLineParser& parser, const QStringList& takingValues, const QStringList& flags)
 {
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.addOption({QStringLiteral("help"), QString{}});
     parser.addOption({QStringLiteral("version"), QString{}});
     for (const QString& option : takingValues) {
         parser.addOption({option, QString{}, QStringLiteral("VALUE")});
+    }
+    for (const QString& flag : flags) {
+        parser.addOption({flag, QString{}});
     }
 }
 

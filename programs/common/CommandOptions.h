@@ -8,8 +8,9 @@
 
 namespace roost {
 
-/// Has `parser` take "--help", "--version" and the options `takingValues`, by their long names alone.
-void addOptions(QCommandLineParser& parser, const QStringList& takingValues);
+/// Has `parser` take "--help", "--version", the options `takingValues` and, without a value, `flags`; by
+/// their long names alone.
+void addOptions(QCommandLineParser& parser, const QStringList& takingValues, const QStringList& flags = {});
 
 /// The value of an option that `parser` takes; nothing when it was not given.
 std::optional<QString> valueOf(const QCommandLineParser& parser, const QString& option);

@@ -11,6 +11,10 @@ enum class ExitCode {
     nothingToShow = 3,
     /// Numbers, but older than three refresh intervals.
     stale = 4,
+    /// There is nobody who shows notifications.
+    noNotifications = 5,
+    /// The user does not want such a notification.
+    switchedOff = 6,
 };
 
 } // namespace roost

@@ -71,6 +71,28 @@ TEST(CommandLine, TakesTheOptionsOfFetch)
               (Command{FetchCommand{QStringLiteral("http://127.0.0.1:1"), "a"}}));
 }
 
+TEST(CommandLine, TakesTheOptionsOfNotify)
+{
+    EXPECT_EQ(parse({"notify", "--test", "newBest"})->command, Command{NotifyCommand{"newBest"}});
+    EXPECT_EQ(parse({"notify", "--wait", "--locale", "pt-BR", "--test=all"})->command,
+              (Command{NotifyCommand{"all", "pt-BR", true}}));
+    EXPECT_EQ(parse({"--wait", "notify", "--test=all"})->command,
+              (Command{NotifyCommand{"all", std::nullopt, true}}));
+}
+
+TEST(CommandLine, AsksWhichNotificationToTest)
+{
+    const std::string kinds =
+        "milestone, newBest, postWentOut, postFailed, postFailedUnknown, newFollowers and "
+        "all are known. Try brisken-roost --help.";
+    EXPECT_EQ(errorOf({"notify"}), "Which notification? With --test, " + kinds);
+    EXPECT_EQ(errorOf({"notify", "--test", "newbest"}),
+              "There is no kind of notification \"newbest\": " + kinds);
+    EXPECT_THAT(errorOf({"notify", "newBest"}), HasSubstr("\"newBest\" is one argument too many."));
+    EXPECT_THAT(errorOf({"notify", "--test", "all", "--wait=x"}), HasSubstr("wait"));
+    EXPECT_THAT(errorOf({"status", "--wait"}), HasSubstr("wait"));
+}
+
 TEST(CommandLine, TakesTheCommandsAboutProfiles)
 {
     const auto base = QStringLiteral("http://localhost:1");

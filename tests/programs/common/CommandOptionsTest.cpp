@@ -7,7 +7,7 @@ namespace {
 
 class CommandOptions : public testing::Test {
 protected:
-    CommandOptions() { addOptions(parser_, {QStringLiteral("colour")}); }
+    CommandOptions() { addOptions(parser_, {QStringLiteral("colour")}, {QStringLiteral("loud")}); }
 
     bool parses(const QStringList& words) { return parser_.parse(QStringList{QString{}} + words); }
 
@@ -27,6 +27,14 @@ TEST_F(CommandOptions, HaveNoValueWhenTheyWereNotGiven)
 {
     ASSERT_TRUE(parses({}));
     EXPECT_EQ(valueOf(parser_, QStringLiteral("colour")), std::nullopt);
+}
+
+TEST_F(CommandOptions, HaveNoValueWhenTheyAreFlags)
+{
+    ASSERT_TRUE(parses({QStringLiteral("--loud"), QStringLiteral("word")}));
+    EXPECT_TRUE(parser_.isSet(QStringLiteral("loud")));
+    EXPECT_EQ(parser_.positionalArguments(), QStringList{QStringLiteral("word")});
+    EXPECT_FALSE(parses({QStringLiteral("--loud=very")}));
 }
 
 TEST_F(CommandOptions, AlwaysHoldHelpAndVersion)
