@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -74,6 +75,20 @@ bool understand(const Json& json, std::vector<Element>& out)
     return json.is_array() && std::ranges::all_of(json, [&out](const Json& element) {
                return understand(element, out.emplace_back());
            });
+}
+
+template <class Element>
+bool understand(const Json& json, std::map<std::string, Element>& out)
+{
+    if (!json.is_object()) {
+        return false;
+    }
+    for (const auto& [key, value] : json.items()) {
+        if (!understand(value, out[key])) {
+            return false;
+        }
+    }
+    return true;
 }
 
 template <class Member>
