@@ -101,6 +101,11 @@ QCoro::Task<CommandResult> runNotify(NotifyCommand command, NotifyParts parts, s
     NotificationService service{center, parts.settings, parts.open};
     auto delivering = service.deliver(sample.events, sample.snapshot, parts.format, parts.base, stop);
     co_await delivering;
+    if (stop.stop_requested()) {
+        CommandResult result = failed(ExitCode::failure, "Stopped.");
+        result.output = center.taken();
+        co_return result;
+    }
     if (!center.isAuthorized()) {
         auto telling = nobodyShowsAny(parts.busAddresses, stop);
         co_return co_await telling;

@@ -34,8 +34,9 @@ struct NotifyParts {
 
 /// Sends notifications with sample numbers to the desktop the way real ones go, and prints the title of each
 /// that was taken. `noNotifications` when nobody is there to show any, `switchedOff` when the user has
-/// switched a kind off (the others are sent), `failure` when one was refused or nobody answered. Clicks are
-/// heard while it runs: until the last one was taken, or with `command.waits` until `stop`.
+/// switched a kind off (the others are sent), `failure` when one was refused or not answered, or when `stop`
+/// came before the last one. Clicks are heard while it runs: until the last one was taken, or with
+/// `command.waits` until `stop`.
 QCoro::Task<CommandResult> runNotify(NotifyCommand command, NotifyParts parts, std::stop_token stop);
 
 } // namespace roost

@@ -195,6 +195,21 @@ TEST_F(NotifyCommandOnDunst, SaysThatAPageCannotBeOpenedWithoutABrowser)
     EXPECT_EQ(program.end().code, 0);
 }
 
+TEST_F(NotifyCommandOnDunst, EndsBetweenTwoNotificationsWhenItIsStopped)
+{
+    dunst.freeze();
+    Program program{{QStringLiteral("--test"), QStringLiteral("all")}};
+    ASSERT_TRUE(program.says("notification due: followers"));
+    program.signal(SIGINT);
+    ASSERT_TRUE(program.says("brisken-roost: stopping"));
+    dunst.thaw();
+    const Finished finished = program.end();
+    EXPECT_EQ(finished.code, 1);
+    EXPECT_EQ(finished.output, "");
+    EXPECT_THAT(finished.error, HasSubstr("brisken-roost: Stopped.\n"));
+    EXPECT_EQ(dunst.count(), 0U);
+}
+
 TEST_F(NotifyCommandOnDunst, LeavesOutWhatIsSwitchedOffAndSaysSo)
 {
     IniSettings settings{IniSettings::location()};
