@@ -320,6 +320,52 @@ TEST_F(DesktopNotificationsTest, TurnsToTheSuccessorOfAServerThatLeavesOnceItWas
     EXPECT_THAT(successor.taken(), SizeIs(1));
 }
 
+TEST_F(DesktopNotificationsTest, ReplacesNothingOfTheSuccessorOfAServerThatLeavesOnceItWasTold)
+{
+    serve().behave(Manner::leavesOnceTold);
+    const NotificationServerStandIn successor{bus.address(), {}};
+    ASSERT_TRUE(add(requestOf("a")));
+    ASSERT_THAT(successor.taken(), IsEmpty());
+    ASSERT_TRUE(add(requestOf("a")));
+    ASSERT_THAT(successor.taken(), SizeIs(1));
+    EXPECT_EQ(successor.taken().front().replaces, 0U);
+}
+
+TEST_F(DesktopNotificationsTest, TurnsToTheServerOfABusThatWasRestarted)
+{
+    // Without the identifier of the bus, as desktops name theirs.
+    const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    DesktopNotifications lasting{address, QStringLiteral("Open")};
+    serve();
+    ASSERT_TRUE(await(lasting.add(requestOf("a"), guardTime)));
+    server.reset();
+    bus.end();
+    GuardedProcess again({"dbus-daemon", "--nofork", "--nopidfile", "--print-address=1",
+                          "--config-file=" + (bus.home() / "bus.conf").string()});
+    ASSERT_FALSE(again.line().empty());
+    // So that the server has the name on the new bus that the other one had on the old bus.
+    const QString first = QStringLiteral("the first on the bus");
+    ASSERT_TRUE(QDBusConnection::connectToBus(address, first).isConnected());
+    const NotificationServerStandIn successor{address, everything};
+    ASSERT_TRUE(await(lasting.add(requestOf("a"), guardTime)));
+    EXPECT_EQ(successor.taken().back().replaces, 0U);
+    EXPECT_EQ(successor.timesAsked(), 1);
+    QDBusConnection::disconnectFromBus(first);
+}
+
+TEST_F(DesktopNotificationsTest, TakesSeveralAtOnceFromTheBeginning)
+{
+    serve();
+    Pending<bool> first{center.add(requestOf("a"), guardTime)};
+    Pending<bool> second{center.add(requestOf("b"), guardTime)};
+    EXPECT_TRUE(first.get());
+    EXPECT_TRUE(second.get());
+    server->invoke(1, QStringLiteral("default"));
+    server->invoke(2, QStringLiteral("default"));
+    settle();
+    EXPECT_THAT(listener.opened, testing::UnorderedElementsAre("https://a/a", "https://a/b"));
+}
+
 TEST_F(DesktopNotificationsTest, GivesUpWhenAServerLeavesWithoutASuccessor)
 {
     serve().behave(Manner::leaves);

@@ -7,6 +7,8 @@
 
 #include <gmock/gmock.h>
 
+#include <QDBusConnectionInterface>
+
 namespace roost::test {
 namespace {
 
@@ -84,6 +86,21 @@ TEST_F(MockNotificationDaemonTest, IsToldWhatARepeatedIdentifierReplaces)
         replaced.push_back(notification.replaces);
     }
     EXPECT_THAT(replaced, ElementsAre(0U, 0U, 1U, 2U, 0U, 0U, 1U));
+}
+
+TEST(MockNotificationDaemon, IsStartedByTheBusWhereItIsInstalled)
+{
+    const PrivateBus bus(PrivateBus::Activation::installed);
+    const std::filesystem::path folder = bus.dataHome() / "dbus-1" / "services";
+    std::filesystem::create_directories(folder);
+    putBytes(folder / "org.freedesktop.Notifications.service",
+             "[D-BUS Service]\nName=org.freedesktop.Notifications\n"
+             "Exec=/usr/bin/python3 -m dbusmock --session --template notification_daemon\n");
+    ASSERT_FALSE(bus.connection().interface()->call(QStringLiteral("ReloadConfig")).type() ==
+                 QDBusMessage::ErrorMessage);
+    DesktopNotifications center{bus.address(), QStringLiteral("Open")};
+    EXPECT_EQ(await(center.authorization(guardTime)), NotificationCenter::Authorization::authorized);
+    EXPECT_TRUE(await(center.add(requestOf("a", "https://a.example/"), guardTime)));
 }
 
 TEST_F(MockNotificationDaemonTest, HasItsNotificationsOpened)

@@ -45,6 +45,13 @@ void NotificationServerStandIn::leave()
     QDBusConnection::disconnectFromBus(connectionName_);
 }
 
+void NotificationServerStandIn::sayGoodBye()
+{
+    // The bus answers in the order in which it was spoken to.
+    connection_->interface()->unregisterService(service);
+    leave();
+}
+
 void NotificationServerStandIn::invoke(uint id, const QString& action) const
 {
     QDBusMessage signal = QDBusMessage::createSignal(path, service, QStringLiteral("ActionInvoked"));
@@ -68,9 +75,7 @@ bool NotificationServerStandIn::handleMessage(const QDBusMessage& message,
         ++timesAsked_;
         connection_->send(message.createReply(capabilities_));
         if (manner_ == Manner::leavesOnceAsked) {
-            // Everything that it has said is on the bus when the bus answers it.
-            connection_->interface()->unregisterService(service);
-            leave();
+            sayGoodBye();
         }
         return true;
     }
@@ -91,6 +96,11 @@ bool NotificationServerStandIn::handleMessage(const QDBusMessage& message,
                 }
             },
             Qt::QueuedConnection);
+        break;
+    case Manner::leavesOnceTold:
+        take(message);
+        connection_->send(message.createReply(taken_.back().id));
+        sayGoodBye();
         break;
     case Manner::leavesOnceAsked:
     case Manner::refuses:

@@ -39,6 +39,8 @@ public:
         leaves,
         /// Leaves the bus as soon as it has said what it can do.
         leavesOnceAsked,
+        /// Takes one more notification, says so and leaves the bus.
+        leavesOnceTold,
     };
 
     explicit NotificationServerStandIn(const QString& address, QStringList capabilities, uint firstId = 1);
@@ -63,6 +65,8 @@ public:
 private:
     void take(const QDBusMessage& message);
     void leave();
+    /// Leaves when everything that it has said is on the bus.
+    void sayGoodBye();
 
     QString connectionName_;
     std::optional<QDBusConnection> connection_;
