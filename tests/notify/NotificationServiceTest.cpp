@@ -49,15 +49,8 @@ protected:
 
     void deliver(std::vector<PlannedEvent> events)
     {
-        bool isDone = false;
-        auto task = marking(delivering(std::move(events)), isDone);
-        ASSERT_TRUE(runUntil([&] { return isDone; }));
-    }
-
-    static QCoro::Task<> marking(QCoro::Task<> task, bool& isDone)
-    {
-        co_await task;
-        isDone = true;
+        auto task = delivering(std::move(events));
+        ASSERT_TRUE(runUntil([&] { return task.isReady(); }));
     }
 
     std::vector<std::string> identifiers() const

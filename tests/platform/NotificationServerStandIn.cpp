@@ -47,8 +47,11 @@ void NotificationServerStandIn::leave()
 
 void NotificationServerStandIn::sayGoodBye()
 {
-    // The bus answers in the order in which it was spoken to.
     connection_->interface()->unregisterService(service);
+    // By its next answers the bus has told everybody of that.
+    for (int i = 0; i < 5; ++i) {
+        static_cast<void>(connection_->interface()->isServiceRegistered(service));
+    }
     leave();
 }
 

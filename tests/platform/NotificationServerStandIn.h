@@ -65,7 +65,7 @@ public:
 private:
     void take(const QDBusMessage& message);
     void leave();
-    /// Leaves when everything that it has said is on the bus.
+    /// Leaves when what it has said and that it leaves has reached everybody on the bus.
     void sayGoodBye();
 
     QString connectionName_;
