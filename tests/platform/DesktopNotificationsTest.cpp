@@ -255,6 +255,17 @@ TEST_F(DesktopNotificationsTest, ReplacesWhatIsShownUnderTheSameIdentifier)
     EXPECT_THAT(listener.opened, ElementsAre("https://a/second"));
 }
 
+TEST_F(DesktopNotificationsTest, ReplacesTheNewestOfThoseUnderTheSameIdentifier)
+{
+    serve();
+    Pending<bool> first{center.add(requestOf("a"), guardTime)};
+    Pending<bool> second{center.add(requestOf("a"), guardTime)};
+    ASSERT_TRUE(first.get() && second.get());
+    ASSERT_EQ(last().id, 2U) << "neither knew of the other";
+    ASSERT_TRUE(add(requestOf("a")));
+    EXPECT_EQ(last().replaces, 2U);
+}
+
 TEST_F(DesktopNotificationsTest, ReplacesNothingThatIsGone)
 {
     serve();
@@ -337,8 +348,8 @@ TEST_F(DesktopNotificationsTest, TurnsToTheServerOfABusThatWasRestarted)
     DesktopNotifications lasting{address, QStringLiteral("Open")};
     serve();
     ASSERT_TRUE(await(lasting.add(requestOf("a"), guardTime)));
-    server.reset();
     bus.end();
+    server.reset();
     GuardedProcess again({"dbus-daemon", "--nofork", "--nopidfile", "--print-address=1",
                           "--config-file=" + (bus.home() / "bus.conf").string()});
     ASSERT_FALSE(again.line().empty());
