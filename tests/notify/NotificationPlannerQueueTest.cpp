@@ -56,6 +56,18 @@ TEST_F(NotificationPlannerQueueTest, LeavesPostsOfOneTimeInTheOrderOfTheQueue)
     EXPECT_THAT(keys(), ElementsAre("p1|failed:d", "p1|failed:b", "p1|sent:c", "p1|sent:a"));
 }
 
+TEST_F(NotificationPlannerQueueTest, LeavesManyPostsOfOneTimeInTheOrderOfTheQueue)
+{
+    std::vector<RoostSnapshot::Posts::Next> queue;
+    std::vector<std::string> wanted;
+    for (int i = 0; i < 200; ++i) {
+        queue.push_back(item(std::to_string(i), noon));
+        wanted.push_back("p1|sent:" + std::to_string(i));
+    }
+    vanish(queue);
+    EXPECT_EQ(keys(), wanted);
+}
+
 TEST_F(NotificationPlannerQueueTest, AnnouncesFailuresThatNoPostExplainsOnce)
 {
     vanish({item("a", noon)});
