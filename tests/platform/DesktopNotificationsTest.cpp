@@ -1,7 +1,7 @@
 #include "platform/DesktopNotifications.h"
 
-#include "tests/platform/NotificationServerStandIn.h"
 #include "tests/support/Await.h"
+#include "tests/support/NotificationServerStandIn.h"
 #include "tests/support/PrivateBus.h"
 
 #include <gmock/gmock.h>

@@ -3,13 +3,13 @@
 #include "notify/NotificationService.h"
 #include "platform/DesktopNotifications.h"
 #include "present/SampleData.h"
-#include "tests/platform/NotificationServerStandIn.h"
 #include "tests/platform/PollUntil.h"
 #include "tests/support/Await.h"
 #include "tests/support/Dunst.h"
 #include "tests/support/EventLoopWatch.h"
 #include "tests/support/LogCatcher.h"
 #include "tests/support/MemorySettings.h"
+#include "tests/support/NotificationServerStandIn.h"
 
 #include <gmock/gmock.h>
 

@@ -3,6 +3,7 @@
 #include "programs/brisken-roost/SampleEvents.h"
 #include "tests/platform/PollUntil.h"
 #include "tests/support/Dunst.h"
+#include "tests/support/NotificationServerStandIn.h"
 
 #include <gmock/gmock.h>
 
@@ -225,6 +226,22 @@ TEST_F(NotifyCommandOnDunst, LeavesOutWhatIsSwitchedOffAndSaysSo)
     EXPECT_EQ(std::ranges::count(all.output, '\n'), 3);
     EXPECT_THAT(all.error, HasSubstr("settings: notify.postFailed, notify.followers.\n"));
     EXPECT_EQ(dunst.count(), 3U);
+}
+
+TEST_F(NotifyCommandOnDunst, WaitsForNoClickOnNothing)
+{
+    IniSettings{IniSettings::location()}.setBoolean("notify.bestPost", false);
+    EXPECT_EQ(notify("newBest", {QStringLiteral("--wait")}).code, 6);
+}
+
+TEST_F(NotifyCommandTest, SaysThatTheServerRefused)
+{
+    NotificationServerStandIn server{bus.address(), {}};
+    server.behave(NotificationServerStandIn::Manner::refuses);
+    const Finished finished = notify("milestone");
+    EXPECT_EQ(finished.code, 1);
+    EXPECT_EQ(finished.output, "");
+    EXPECT_THAT(finished.error, HasSubstr("brisken-roost: The notification server did not take every"));
 }
 
 TEST_F(NotifyCommandTest, SaysThatThereIsNoServer)

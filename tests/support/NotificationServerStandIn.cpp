@@ -1,4 +1,4 @@
-#include "tests/platform/NotificationServerStandIn.h"
+#include "tests/support/NotificationServerStandIn.h"
 
 #include <QDBusArgument>
 #include <QDBusConnectionInterface>
