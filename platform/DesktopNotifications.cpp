@@ -43,7 +43,7 @@ QString textOf(const std::string& text)
     return clean;
 }
 
-/// Whether the bus says that it has nobody of that name (D-Bus Specification, "Message Bus Messages").
+/// Whether the bus says that it has nobody of that name; one bus says it so, another so.
 bool saysNobodyIsThere(const QDBusMessage& answer)
 {
     return answer.errorName() == QLatin1String("org.freedesktop.DBus.Error.ServiceUnknown") ||

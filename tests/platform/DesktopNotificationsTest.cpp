@@ -321,6 +321,17 @@ TEST_F(DesktopNotificationsTest, TurnsToTheSuccessorOfAServerThatLeavesInTheMids
     EXPECT_THAT(successor.taken().front().actions, IsEmpty()) << "it is asked what it can do";
 }
 
+TEST_F(DesktopNotificationsTest, TriesNoThirdServerWhenTwoHaveLeft)
+{
+    serve().behave(Manner::leaves);
+    NotificationServerStandIn second{bus.address(), {}};
+    second.behave(Manner::leaves);
+    const NotificationServerStandIn third{bus.address(), {}};
+    EXPECT_FALSE(add(requestOf("a")));
+    EXPECT_THAT(third.taken(), IsEmpty());
+    EXPECT_TRUE(add(requestOf("b")));
+}
+
 TEST_F(DesktopNotificationsTest, TurnsToTheSuccessorOfAServerThatLeavesOnceItWasAsked)
 {
     serve().behave(Manner::leavesOnceAsked);
