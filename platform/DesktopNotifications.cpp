@@ -14,7 +14,7 @@ const QString service = QStringLiteral("org.freedesktop.Notifications");
 const QString path = QStringLiteral("/org/freedesktop/Notifications");
 const QString busService = QStringLiteral("org.freedesktop.DBus");
 
-// Capabilities and hints beyond the specification, each one name for both.
+// Capabilities and hints beyond the standard, each one name for both.
 const QString stackTag = QStringLiteral("x-dunst-stack-tag");
 const QString append = QStringLiteral("x-canonical-append");
 

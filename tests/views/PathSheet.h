@@ -34,8 +34,8 @@ struct Apart {
     /// more or less than the other, on average over them and those that differ otherwise. An edge that lies a
     /// tenth of a pixel elsewhere makes about a tenth.
     double onEdges = 0;
-    /// How many pixels of either are no mixture of what the other has there and next to it, by a quarter of the
-    /// way from black to white: no smoothing of an edge explains them.
+    /// How many pixels of either are no mixture of what the other has there and next to it, by a quarter of
+    /// the way from black to white: no smoothing of an edge explains them.
     int strays = 0;
 };
 
