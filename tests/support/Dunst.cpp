@@ -17,7 +17,8 @@ std::string configurationIn(const std::filesystem::path& folder)
 {
     const std::filesystem::path file = folder / "dunstrc";
     putBytes(file, "[global]\n markup = full\n origin = top-left\n offset = 0x0\n width = 400\n"
-                   " notification_limit = 10\n mouse_left_click = do_action, close_current\n");
+                   " notification_limit = 10\n mouse_left_click = do_action, close_current\n"
+                   "[urgency_normal]\n timeout = 0\n");
     return file.string();
 }
 

@@ -10,7 +10,7 @@
 namespace roost::test {
 
 /// A real notification server, dunst, on a bus and a display of the test. It shows what it gets at the top
-/// left, the first one topmost; a click on one opens and closes it. Main thread.
+/// left, the first one topmost, as long as nobody closes it; a click on one opens and closes it. Main thread.
 class Dunst {
 public:
     static inline const QString service = QStringLiteral("org.freedesktop.Notifications");

@@ -1,7 +1,5 @@
 #include "tests/support/EventLoopWatch.h"
 
-#include "tests/support/RunUntil.h"
-
 #include <QEventLoop>
 
 #include <algorithm>
@@ -26,7 +24,7 @@ EventLoopWatch::EventLoopWatch()
 
 EventLoopWatch::~EventLoopWatch() = default;
 
-bool EventLoopWatch::runUntil(const std::function<bool()>& condition)
+bool EventLoopWatch::runUntil(const std::function<bool()>& condition, std::chrono::milliseconds guard)
 {
     QEventLoop loop;
     // Not when the loop is about to sleep: on a busy machine its timer leaves it no time for that.
@@ -35,7 +33,7 @@ bool EventLoopWatch::runUntil(const std::function<bool()>& condition)
             loop.quit();
         }
     });
-    QTimer::singleShot(guardTime, &loop, &QEventLoop::quit);
+    QTimer::singleShot(guard, &loop, &QEventLoop::quit);
     last_ = now();
     timer_.start();
     loop.exec();
@@ -98,7 +96,7 @@ std::chrono::milliseconds waitInTheBestRound(std::chrono::milliseconds limit,
                                              const std::function<std::chrono::milliseconds()>& round)
 {
     std::chrono::milliseconds best = round();
-    for (int rounds = 1; rounds < 5 && best > limit; ++rounds) {
+    for (int rounds = 1; rounds < 10 && best > limit; ++rounds) {
         best = std::min(best, round());
     }
     return best;

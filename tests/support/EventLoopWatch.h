@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/RunUntil.h"
+
 #include <QTimer>
 
 #include <chrono>
@@ -23,9 +25,9 @@ public:
     EventLoopWatch(const EventLoopWatch&) = delete;
     EventLoopWatch& operator=(const EventLoopWatch&) = delete;
 
-    /// Runs the loop, with an eye on it, until `condition` holds. False when it did not within the guard
-    /// time.
-    [[nodiscard]] bool runUntil(const std::function<bool()>& condition);
+    /// Runs the loop, with an eye on it, until `condition` holds. False when it did not within `guard`.
+    [[nodiscard]] bool runUntil(const std::function<bool()>& condition,
+                                std::chrono::milliseconds guard = guardTime);
 
     /// The longest time so far, in `runUntil`, for which an event had to wait because of this thread.
     std::chrono::milliseconds longestWait() const;
@@ -51,7 +53,7 @@ private:
     std::jthread comparison_;
 };
 
-/// Plays `round`, which tells for how long it saw the loop held up, until one stays within `limit`, five
+/// Plays `round`, which tells for how long it saw the loop held up, until one stays within `limit`, ten
 /// times at most. Returns the shortest of these times. A machine that takes a processor away, which no
 /// account tells, spoils one round or another; a program that holds up its loop does it in every one.
 std::chrono::milliseconds waitInTheBestRound(std::chrono::milliseconds limit,
