@@ -1,15 +1,16 @@
 #include "present/FormatLocale.h"
 
+#include "present/LocaleIdentifier.h"
+
 #include <unicode/localebuilder.h>
 #include <unicode/numsys.h>
 #include <unicode/ures.h>
 
 #include <QtGlobal>
 
-#include <algorithm>
 #include <cstdlib>
-#include <optional>
 #include <string_view>
+#include <utility>
 
 namespace roost {
 
@@ -23,23 +24,6 @@ bool hasData(const icu::Locale& locale)
 }
 
 /// Nothing where nobody can read it.
-std::optional<icu::Locale> parsed(const std::string& identifier)
-{
-    std::string tag = identifier;
-    std::ranges::replace(tag, '_', '-');
-    UErrorCode status = U_ZERO_ERROR;
-    icu::Locale locale = icu::Locale::forLanguageTag(tag, status);
-    if (U_FAILURE(status) || locale.isBogus()) {
-        // No tag: ICU's own spelling, or the C library's. By way of a tag, which leaves out what is
-        // ill-formed.
-        status = U_ZERO_ERROR;
-        tag = icu::Locale::createCanonical(identifier.c_str()).toLanguageTag<std::string>(status);
-        locale = icu::Locale::forLanguageTag(tag, status);
-    }
-    locale.canonicalize(status);
-    return U_SUCCESS(status) && !locale.isBogus() ? std::optional{locale} : std::nullopt;
-}
-
 /// The extensions that bear on numbers and dates, and how long their longest value is.
 constexpr std::pair<const char*, std::size_t> extensions[] = {{"ca", 16}, {"hc", 3}, {"nu", 8}, {"rg", 7}};
 
@@ -110,16 +94,9 @@ PosixLocale environmentLocale(const char* category)
 
 } // namespace
 
-icu::Locale formatLocale(const std::string& identifier)
-{
-    return supported(parsed(identifier).value_or(icu::Locale::getEnglish()));
-}
+icu::Locale formatLocale(const std::string& identifier) { return supported(localeNamed(identifier)); }
 
-bool hasLocaleData(const std::string& identifier)
-{
-    const auto locale = parsed(identifier);
-    return locale && hasData(*locale);
-}
+bool hasLocaleData(const std::string& identifier) { return hasData(localeNamed(identifier)); }
 
 std::string systemLocaleIdentifier()
 {

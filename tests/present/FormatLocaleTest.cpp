@@ -66,6 +66,9 @@ TEST(FormatLocale, LeavesOutExtensionsThatNobodyKnows)
     EXPECT_EQ(formatFor("en@numbers=foobar;hours=h23").full(12'345), "12,345");
     EXPECT_EQ(formatFor("en@numbers=foobar;hours=h23").timeText(moment("2026-03-04T15:05:00Z")), "15:05");
     EXPECT_EQ(formatFor("en-u-ca-foobar").ago(300), "5 min. ago");
+    EXPECT_EQ(formatFor("de_DE@numbers=a!b").full(12'345), "12.345");
+    EXPECT_EQ(formatFor("de_DE@calendar=a!b;hours=h23").full(12'345), "12.345");
+    EXPECT_EQ(formatFor("de_DE@calendar=a!b;hours=h23").ago(300), formatFor("de_DE").ago(300));
     EXPECT_EQ(formatFor("de-u-hc-foobar").timeText(moment("2026-03-04T15:05:00Z")), "15:05");
 }
 
