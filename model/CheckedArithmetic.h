@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QtNumeric>
 
 #include <cstdint>
 
@@ -12,7 +12,7 @@ namespace roost {
 inline std::int64_t checkedSum(std::int64_t left, std::int64_t right)
 {
     std::int64_t sum = 0;
-    if (__builtin_add_overflow(left, right, &sum)) {
+    if (qAddOverflow(left, right, &sum)) {
         qFatal("integer overflow in a sum");
     }
     return sum;
@@ -22,7 +22,7 @@ inline std::int64_t checkedSum(std::int64_t left, std::int64_t right)
 inline std::int64_t checkedDifference(std::int64_t left, std::int64_t right)
 {
     std::int64_t difference = 0;
-    if (__builtin_sub_overflow(left, right, &difference)) {
+    if (qSubOverflow(left, right, &difference)) {
         qFatal("integer overflow in a difference");
     }
     return difference;
