@@ -4,9 +4,10 @@
 
 namespace roost {
 
-const RoostAccountRecord* RoostStoreFile::accountFor(const std::optional<std::string>& profileId) const
+const RoostAccountRecord* accountFor(const std::vector<RoostAccountRecord>& accounts,
+                                     const std::optional<std::string>& profileId)
 {
-    const auto pointer = [this](auto found) { return found == accounts.end() ? nullptr : &*found; };
+    const auto pointer = [&accounts](auto found) { return found == accounts.end() ? nullptr : &*found; };
     if (profileId) {
         if (const auto* asked =
                 pointer(std::ranges::find(accounts, *profileId, &RoostAccountRecord::profileId))) {

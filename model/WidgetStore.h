@@ -16,6 +16,8 @@ public:
 
     const std::filesystem::path& directory() const { return directory_; }
 
+    FileSystem& files() const { return *files_; }
+
     /// "widget-state.json" in `directory`.
     std::filesystem::path file() const;
 

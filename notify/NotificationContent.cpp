@@ -1,5 +1,6 @@
 #include "notify/NotificationContent.h"
 
+#include "model/OverviewPage.h"
 #include "present/RoostL10n.h"
 #include "present/RoostTexts.h"
 
@@ -24,21 +25,13 @@ std::string listed(std::initializer_list<std::string> entries)
     return line;
 }
 
-std::optional<WebURL> defaultLink(const RoostSnapshot& snapshot, const QUrl& baseURL)
-{
-    if (snapshot.roostUrl) {
-        return snapshot.roostUrl;
-    }
-    return WebURL::parse(appendingPath(baseURL, u"roost/overview").toEncoded().toStdString());
-}
-
 /// Finds the words for each kind of event.
 class Wording {
 public:
     Wording(const RoostSnapshot& snapshot, const RoostFormat& format, const QUrl& baseURL)
         : format_{format},
           texts_{RoostL10n::bundle(format.locale())},
-          link_{defaultLink(snapshot, baseURL)}
+          link_{overviewPage(snapshot.roostUrl, baseURL)}
     {
     }
 

@@ -70,6 +70,15 @@ QCoro::Task<> NotificationService::deliver(std::vector<PlannedEvent> events, Roo
     }
 }
 
+QCoro::Task<> NotificationService::askForPermission()
+{
+    auto looking = center_->authorization(patience);
+    if (co_await looking == Authorization::notDetermined) {
+        auto asking = center_->requestAuthorization(patience);
+        co_await asking;
+    }
+}
+
 void NotificationService::userOpened(NotificationCenter::UserInfo userInfo)
 {
     const auto found = userInfo.find(urlKey);

@@ -39,6 +39,9 @@ public:
     QCoro::Task<> deliver(std::vector<PlannedEvent> events, RoostSnapshot snapshot, RoostFormat format,
                           QUrl baseURL, std::stop_token stop = {});
 
+    /// Asks the user whether this program may notify, where that was never asked.
+    QCoro::Task<> askForPermission();
+
 private:
     void userOpened(NotificationCenter::UserInfo userInfo) override;
 

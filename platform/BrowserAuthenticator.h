@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/BootTime.h"
+#include "platform/SystemBootTime.h"
 #include "platform/BrowserOpener.h"
 #include "platform/CallbackInbox.h"
 #include "service/WebAuthenticating.h"

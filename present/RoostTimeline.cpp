@@ -7,7 +7,11 @@ namespace roost::RoostTimeline {
 RoostWidgetContent::Any content(const std::optional<RoostStoreFile>& file,
                                 const std::optional<std::string>& profileId, Date now)
 {
-    const RoostAccountRecord* const account = file ? file->accountFor(profileId) : nullptr;
+    return content(file ? file->accountFor(profileId) : nullptr, now);
+}
+
+RoostWidgetContent::Any content(const RoostAccountRecord* account, Date now)
+{
     if (account == nullptr || account->status != RoostAccountRecord::Status::ok) {
         return RoostWidgetContent::SignedOut{};
     }

@@ -16,4 +16,7 @@ namespace roost::RoostTimeline {
 RoostWidgetContent::Any content(const std::optional<RoostStoreFile>& file,
                                 const std::optional<std::string>& profileId, Date now);
 
+/// The same for the account that was picked; null for none.
+RoostWidgetContent::Any content(const RoostAccountRecord* account, Date now);
+
 } // namespace roost::RoostTimeline

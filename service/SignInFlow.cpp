@@ -1,9 +1,5 @@
 #include "service/SignInFlow.h"
 
-#include "model/Arrival.h"
-
-#include <QTimer>
-
 namespace roost {
 
 namespace {
@@ -15,18 +11,6 @@ constexpr int attempts = 3;
 constexpr std::chrono::duration<double> betweenAttempts{2.0};
 
 } // namespace
-
-QCoro::Task<void> pauseOnEventLoop(std::chrono::duration<double> length, std::stop_token stop)
-{
-    const Arrival<bool> over;
-    QTimer timer;
-    timer.setSingleShot(true);
-    QObject::connect(&timer, &QTimer::timeout, &timer, [over] { over.set(true); });
-    timer.start(std::chrono::duration_cast<std::chrono::milliseconds>(length));
-    const std::stop_callback hurry(stop, [over] { over.set(true); });
-    const auto coming = over.coming();
-    co_await coming;
-}
 
 SignInFlow::SignInFlow(OAuthClient oauth, WidgetAPI api, WebAuthenticating& web,
                        PKCE::RandomBytes randomBytes, Pause pause)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/Pause.h"
 #include "service/AuthFailure.h"
 #include "service/OAuthClient.h"
 #include "service/TokenSet.h"
@@ -8,17 +9,9 @@
 
 #include <QCoro/QCoroTask>
 
-#include <chrono>
-#include <functional>
 #include <stop_token>
 
 namespace roost {
-
-/// Waits that long; ends early, and quietly, when asked to stop.
-using Pause = std::function<QCoro::Task<void>(std::chrono::duration<double>, std::stop_token)>;
-
-/// A pause on the event loop of the calling thread.
-QCoro::Task<void> pauseOnEventLoop(std::chrono::duration<double> length, std::stop_token stop);
 
 /// Signs a profile in: authorization request, browser, callback, tokens, first snapshot. Stores nothing but
 /// the client id; what comes of it is the caller's. Main thread; outlives its tasks, and so does all that it

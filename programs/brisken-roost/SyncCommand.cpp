@@ -1,9 +1,9 @@
 #include "programs/brisken-roost/SyncCommand.h"
 
+#include "model/Pause.h"
 #include "model/RoostLog.h"
 #include "programs/brisken-roost/TerminalText.h"
 #include "service/AccountSync.h"
-#include "service/SignInFlow.h"
 
 #include <algorithm>
 

@@ -7,16 +7,27 @@
 #include <memory>
 #include <optional>
 #include <stdexcept>
+#include <type_traits>
+#include <variant>
 
 namespace roost::test {
 
 namespace detail {
 
+/// What a task without a result comes to.
 template <class T>
-QCoro::Task<void> keep(QCoro::Task<T> task, std::shared_ptr<std::optional<T>> result)
+using Kept = std::conditional_t<std::is_void_v<T>, std::monostate, T>;
+
+template <class T>
+QCoro::Task<void> keep(QCoro::Task<T> task, std::shared_ptr<std::optional<Kept<T>>> result)
 {
-    T value = co_await task;
-    *result = std::move(value);
+    if constexpr (std::is_void_v<T>) {
+        co_await task;
+        result->emplace();
+    } else {
+        T value = co_await task;
+        *result = std::move(value);
+    }
 }
 
 } // namespace detail
@@ -26,7 +37,7 @@ template <class T>
 class Pending {
 public:
     explicit Pending(QCoro::Task<T> task)
-        : result_(std::make_shared<std::optional<T>>()),
+        : result_(std::make_shared<std::optional<detail::Kept<T>>>()),
           keeping_(detail::keep(std::move(task), result_))
     {
     }
@@ -40,11 +51,13 @@ public:
         if (!runUntil([this] { return isDone(); }, guard)) {
             throw std::runtime_error("the coroutine did not end");
         }
-        return **result_;
+        if constexpr (!std::is_void_v<T>) {
+            return **result_;
+        }
     }
 
 private:
-    std::shared_ptr<std::optional<T>> result_;
+    std::shared_ptr<std::optional<detail::Kept<T>>> result_;
     QCoro::Task<void> keeping_;
 };
 

@@ -9,7 +9,4 @@ namespace roost {
 /// where an interval is to be measured; called on the main thread.
 using BootTime = std::function<std::chrono::milliseconds()>;
 
-/// The kernel's own; clock_gettime(2), CLOCK_BOOTTIME.
-BootTime systemBootTime();
-
 } // namespace roost

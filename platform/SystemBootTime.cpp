@@ -1,4 +1,4 @@
-#include "platform/BootTime.h"
+#include "platform/SystemBootTime.h"
 
 #include <ctime>
 

@@ -1,0 +1,112 @@
+#pragma once
+
+#include "app/Announcements.h"
+#include "app/AppState.h"
+#include "app/WidgetTimelines.h"
+#include "model/Clock.h"
+#include "model/WidgetStore.h"
+#include "service/AccountSession.h"
+#include "service/OAuthClient.h"
+#include "service/RefreshLock.h"
+#include "service/SecretStore.h"
+
+#include <QCoro/QCoroTask>
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace roost {
+
+/// The profiles: their records, which it publishes and writes to the shared file, and the sessions of those
+/// that are signed in. Who is signed in is the secret store's to say. Belongs to `AppModel`; main thread;
+/// outlives its tasks, as does everything that it refers to.
+class Accounts {
+public:
+    using Session = std::shared_ptr<AccountSession>;
+
+    struct Parts {
+        WidgetStore store;
+        SecretStore& secrets;
+        OAuthClient oauth;
+        RefreshLock& lock;
+        WidgetTimelines& widgets;
+        Clock now;
+        /// What a profile is called until its first snapshot names it, in the user's language.
+        std::function<std::string()> unnamed;
+    };
+
+    Accounts(AppState& state, Announcements& announcements, Parts parts);
+    Accounts(const Accounts&) = delete;
+    Accounts& operator=(const Accounts&) = delete;
+
+    /// Publishes the records of the shared file. When it was written; nothing when there is none to be read.
+    std::optional<Date> loadRecords();
+
+    /// Asks the secret store who is signed in, and has records and sessions follow. While the store cannot
+    /// tell, the records stay as they are, and those that are not signed out get sessions, which find out. A
+    /// store that has told is not asked again: from then on signing in and out happens here. Writes the file
+    /// when it was the first answer.
+    QCoro::Task<void> loadSignedIn();
+
+    /// The session of a profile that is signed in, or null.
+    Session session(const std::string& profileId) const;
+
+    /// The same, made where there is none.
+    Session sessionMade(const std::string& profileId);
+
+    /// Gives the profile's session the tokens of a fresh sign-in. A store that refuses the refresh token is
+    /// told on the console; the session then keeps it as long as the program runs.
+    QCoro::Task<void> adopt(std::string profileId, TokenSet tokens);
+
+    /// Folds in what a refresh with `session` came to. Nothing when the profile was signed out or in anew
+    /// meanwhile, which is another session's business.
+    void apply(SyncOutcome::Any outcome, const Session& session);
+
+    /// Folds in the first snapshot of a sign-in: in place of the profile's record, or as the last one.
+    /// Nothing that it tells is announced; it is only remembered.
+    void welcome(RoostSnapshot snapshot);
+
+    /// Drops the profile's record and session at once, has the store forget its token, and writes the file.
+    QCoro::Task<void> signOut(std::string profileId);
+
+    /// Tries once more to have the store forget the tokens of profiles that were signed out while it could not
+    /// be asked.
+    QCoro::Task<void> forgetAtLast();
+
+    /// Writes the records to the shared file; `Reload::yes` has the widgets look at it.
+    enum class Reload { no, yes };
+    void persist(Reload reload);
+
+    /// Ends when every session's refresh has ended and its token is stored, or cannot be. No session hands
+    /// out tokens any more.
+    QCoro::Task<void> quit();
+
+private:
+    enum class Tell { no, yes };
+
+    void trustRecords();
+    void follow(const std::vector<std::string>& keys);
+    void fold(RoostAccountRecord record, SyncOutcome::Any outcome, Tell tell);
+    void recover();
+
+    AppState* state_;
+    Announcements* announcements_;
+    Parts parts_;
+    std::map<std::string, Session> sessions_;
+    /// Of profiles whose token may still be in the store although they are signed out.
+    std::set<Session> unforgotten_;
+    /// Whether the secret store has said who is signed in.
+    bool isTold_ = false;
+    /// Raised whenever a profile signs in or out here.
+    std::uint64_t changes_ = 0;
+    /// Whether there is a file that could not be read, whose records must not be lost.
+    bool isWithheld_ = false;
+};
+
+} // namespace roost

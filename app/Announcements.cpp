@@ -1,0 +1,65 @@
+#include "app/Announcements.h"
+
+#include <utility>
+
+namespace roost {
+
+Announcements::Announcements(Parts parts) : parts_{std::move(parts)}, ledger_{parts_.ledgerStore.load()} {}
+
+std::vector<PlannedEvent> Announcements::note(const std::string& profileId,
+                                              const std::optional<RoostSnapshot>& previous,
+                                              const RoostSnapshot& current)
+{
+    NotificationPlan plan = parts_.planner.plan(profileId, previous, current, ledger_);
+    // The keys of the events are among them.
+    ledger_.mark(plan.announcedKeys, parts_.now());
+    ledger_.prune(kept);
+    static_cast<void>(parts_.ledgerStore.save(ledger_));
+    return std::move(plan.events);
+}
+
+void Announcements::deliver(std::vector<PlannedEvent> events, RoostSnapshot snapshot)
+{
+    if (events.empty() || stopping_.stop_requested()) {
+        return;
+    }
+    due_.push_back({std::move(events), std::move(snapshot)});
+    if (!std::exchange(isDelivering_, true)) {
+        tasks_.add(deliverAll());
+    }
+}
+
+void Announcements::askForPermission()
+{
+    if (!stopping_.stop_requested()) {
+        tasks_.add(service().askForPermission());
+    }
+}
+
+QCoro::Task<void> Announcements::quit()
+{
+    stopping_.request_stop();
+    return tasks_.settled();
+}
+
+NotificationService& Announcements::service()
+{
+    if (!service_) {
+        service_ = parts_.service();
+    }
+    return *service_;
+}
+
+QCoro::Task<void> Announcements::deliverAll()
+{
+    while (!due_.empty()) {
+        Delivery next = std::move(due_.front());
+        due_.pop_front();
+        auto delivering = service().deliver(std::move(next.events), std::move(next.snapshot), parts_.format(),
+                                            parts_.baseURL, stopping_.get_token());
+        co_await delivering;
+    }
+    isDelivering_ = false;
+}
+
+} // namespace roost

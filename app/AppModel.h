@@ -1,0 +1,139 @@
+#pragma once
+
+#include "app/Accounts.h"
+#include "app/Announcements.h"
+#include "app/AppState.h"
+#include "app/LoginItem.h"
+#include "app/RefreshLoop.h"
+#include "app/SignIn.h"
+#include "app/SystemEvents.h"
+#include "app/WidgetTimelines.h"
+#include "model/BootTime.h"
+#include "model/Clock.h"
+#include "model/Pause.h"
+#include "model/Settings.h"
+#include "model/WebURL.h"
+#include "model/WidgetStore.h"
+#include "present/RoostWidgetModel.h"
+#include "service/AccountSync.h"
+#include "update/UpdateControl.h"
+
+#include <QCoro/QCoroTask>
+#include <QUrl>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stop_token>
+#include <string>
+
+namespace roost {
+
+/// The one coordinator of the app: owns its state, the profiles and the refresh loop, and does what the user
+/// asks. Made by `main`, which awaits `quit` before it goes. Main thread.
+class AppModel {
+public:
+    /// What it is made of. References outlive it and its tasks.
+    struct Parts {
+        WidgetStore store;
+        QUrl baseURL;
+        SecretStore& secrets;
+        OAuthClient oauth;
+        WidgetAPI api;
+        RefreshLock& lock;
+        NotificationPlanner planner;
+        AnnouncedLedgerStore ledgerStore;
+        WebAuthenticating& browser;
+        std::function<std::unique_ptr<NotificationService>()> notifications;
+        Settings& settings;
+        SystemEvents& events;
+        WidgetTimelines& widgets;
+        /// Null where the desktop starts nothing.
+        LoginItem* loginItem = nullptr;
+        /// Shows a web address to the user.
+        std::function<void(WebURL)> open;
+        Clock now;
+        BootTime bootTime;
+        /// Goes on while the machine sleeps.
+        Pause pause;
+        PKCE::RandomBytes randomBytes;
+        /// How the user wants numbers and words at the moment.
+        std::function<RoostFormat()> format;
+    };
+
+    explicit AppModel(Parts parts);
+    ~AppModel();
+    AppModel(const AppModel&) = delete;
+    AppModel& operator=(const AppModel&) = delete;
+
+    const AppState& state() const { return state_; }
+
+    /// Loads the profiles, listens to the system and begins to refresh. The records of the shared file are
+    /// published at once; the rest follows when the secret store has answered or failed to. Does nothing when
+    /// called again. Ends when the first cycle has begun.
+    QCoro::Task<void> start();
+
+    /// Asks for fresh numbers soon; how soon is `RefreshLoop::requestRefresh`'s to say. Nothing before
+    /// `start`.
+    void requestRefresh();
+
+    /// Asks for them when a widget has left a request in the shared folder that was not seen yet.
+    void noticeRefreshNote();
+
+    /// Signs a profile in through the browser. What comes of it is published; a second call meanwhile does
+    /// nothing.
+    QCoro::Task<void> signIn();
+
+    /// Forgets the profile here. Cannot fail.
+    QCoro::Task<void> signOut(std::string profileId);
+
+    /// Has the profile shown, and remembers that; nothing for none.
+    void select(std::optional<std::string> profileId);
+
+    /// Opens the web app in the browser: the page of the selected profile where it has one.
+    void openRoost();
+
+    /// What updates are asked of from now on; outlives this.
+    void setUpdater(UpdateControl& updater) { updater_ = &updater; }
+    UpdateControl& updater() { return *updater_; }
+    void setUpdateStatus(UpdateStatus status) { state_.setUpdateStatus(std::move(status)); }
+
+    /// The record to show: the selected one, otherwise the first that is signed in, otherwise the first. Null
+    /// without any. Valid until the accounts change.
+    const RoostAccountRecord* selected() const;
+
+    /// Whether any profile is signed in.
+    bool isSignedIn() const;
+
+    /// What a widget would show at that time.
+    RoostWidgetModel::Content content(Date at) const;
+
+    /// Ends everything that is under way; ends when it is. A token that is being fetched is waited for and
+    /// stored, which takes no longer than a request and some calls of the keyring.
+    QCoro::Task<void> quit();
+
+private:
+    QCoro::Task<void> begin();
+    QCoro::Task<RefreshLoop::Outcomes> sync(std::stop_token stop);
+    QCoro::Task<void> signInAndSelect();
+    void noticeRequest(Date at);
+    bool isNew(Date request) const;
+    void applyLoginDefaultOnce();
+
+    Parts parts_;
+    AppState state_;
+    Announcements announcements_;
+    Accounts accounts_;
+    SignIn signIn_;
+    std::shared_ptr<RefreshLoop> loop_;
+    NoUpdates noUpdates_;
+    UpdateControl* updater_ = &noUpdates_;
+    TaskGroup tasks_;
+    std::stop_source quitting_;
+    bool isStarted_ = false;
+    std::unique_ptr<FolderWatcher> folderWatcher_;
+    /// The newest request for a refresh that was acted on.
+    Date handledMarker_ = Date::min();
+};
+
+} // namespace roost

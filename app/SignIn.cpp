@@ -1,0 +1,73 @@
+#include "app/SignIn.h"
+
+#include "model/RoostLog.h"
+#include "present/RoostL10n.h"
+#include "service/RefreshTokenKeeper.h"
+
+#include <utility>
+
+namespace roost {
+
+SignIn::SignIn(AppState& state, Accounts& accounts, Parts parts)
+    : state_{&state},
+      accounts_{&accounts},
+      parts_{std::move(parts)}
+{
+}
+
+QCoro::Task<std::optional<std::string>> SignIn::run(std::stop_token stop)
+{
+    if (std::holds_alternative<SignInState::InProgress>(state_->signInState())) {
+        co_return std::nullopt;
+    }
+    state_->setSignInState(SignInState::InProgress{});
+    qCInfo(RoostLog::auth, "sign-in started");
+    auto opening = openStore();
+    co_await opening;
+    auto flowing = parts_.flow.run(stop);
+    auto result = co_await flowing;
+    if (!result) {
+        fail(result.error());
+        co_return std::nullopt;
+    }
+    // Worth nothing without the client id that it was made for.
+    auto storing = parts_.oauth.storeClientIDs();
+    co_await storing;
+    const std::string profileId = result->snapshot.profile.id;
+    auto adopting = accounts_->adopt(profileId, std::move(result->tokens));
+    co_await adopting;
+    accounts_->welcome(std::move(result->snapshot));
+    co_return std::optional{profileId};
+}
+
+std::string SignIn::message(const AuthFailure& failure, const std::string& locale)
+{
+    const std::string sentence = messageFor(failure);
+    return sentence.empty() ? sentence : RoostL10n::bundle(locale).text(sentence);
+}
+
+/// The user is here and wants to sign in: the moment to ask for what keeps the sign-in. A store that stays
+/// closed keeps nobody out; the sign-in then lasts as long as the program.
+QCoro::Task<void> SignIn::openStore()
+{
+    auto asking = parts_.secrets.keys(std::string{refreshTokenPrefix});
+    const auto keys = co_await asking;
+    if (!keys && keys.error().why != SecretsUnavailable::Why::notAnswering) {
+        auto unlocking = parts_.secrets.unlock();
+        co_await unlocking;
+    }
+}
+
+void SignIn::fail(const AuthFailure& failure)
+{
+    const std::string sentence = message(failure, parts_.locale());
+    if (sentence.empty()) {
+        qCInfo(RoostLog::auth, "sign-in cancelled");
+        state_->setSignInState(SignInState::Idle{});
+        return;
+    }
+    qCCritical(RoostLog::auth, "sign-in failed: %s", describe(failure).c_str());
+    state_->setSignInState(SignInState::Failed{sentence});
+}
+
+} // namespace roost

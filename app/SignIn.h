@@ -1,0 +1,51 @@
+#pragma once
+
+#include "app/Accounts.h"
+#include "app/AppState.h"
+#include "service/OAuthClient.h"
+#include "service/SecretStore.h"
+#include "service/SignInFlow.h"
+
+#include <QCoro/QCoroTask>
+
+#include <functional>
+#include <stop_token>
+#include <string>
+
+namespace roost {
+
+/// Signs profiles in, one at a time, and publishes where that stands. Belongs to `AppModel`; main thread;
+/// outlives its tasks.
+class SignIn {
+public:
+    struct Parts {
+        SignInFlow flow;
+        OAuthClient oauth;
+        SecretStore& secrets;
+        /// The user's language.
+        std::function<std::string()> locale;
+    };
+
+    SignIn(AppState& state, Accounts& accounts, Parts parts);
+    SignIn(const SignIn&) = delete;
+    SignIn& operator=(const SignIn&) = delete;
+
+    /// One whole sign-in, whose end is the published state; nothing while another is running. The profile
+    /// that signed in; nothing when none did, and then nothing is changed that was there. The caller selects
+    /// the profile and writes the records. A stop counts as giving up.
+    QCoro::Task<std::optional<std::string>> run(std::stop_token stop);
+
+    /// The sentence that users are shown, in the language of `locale`; empty for what they stopped
+    /// themselves.
+    static std::string message(const AuthFailure& failure, const std::string& locale);
+
+private:
+    QCoro::Task<void> openStore();
+    void fail(const AuthFailure& failure);
+
+    AppState* state_;
+    Accounts* accounts_;
+    Parts parts_;
+};
+
+} // namespace roost

@@ -1,0 +1,21 @@
+#include "model/Pause.h"
+
+#include "model/Arrival.h"
+
+#include <QTimer>
+
+namespace roost {
+
+QCoro::Task<void> pauseOnEventLoop(std::chrono::duration<double> length, std::stop_token stop)
+{
+    const Arrival<bool> over;
+    QTimer timer;
+    timer.setSingleShot(true);
+    QObject::connect(&timer, &QTimer::timeout, &timer, [over] { over.set(true); });
+    timer.start(std::chrono::duration_cast<std::chrono::milliseconds>(length));
+    const std::stop_callback hurry(stop, [over] { over.set(true); });
+    const auto coming = over.coming();
+    co_await coming;
+}
+
+} // namespace roost
