@@ -137,9 +137,11 @@ void Accounts::apply(SyncOutcome::Any outcome, const Session& session)
 
 void Accounts::welcome(RoostSnapshot snapshot)
 {
-    const RoostAccountRecord* const known = state_->account(snapshot.profile.id);
-    fold(known != nullptr ? *known : RoostAccountRecord{.profileId = snapshot.profile.id},
-         SyncOutcome::Updated{std::move(snapshot)}, Tell::no);
+    RoostAccountRecord record{.profileId = snapshot.profile.id};
+    if (const RoostAccountRecord* const known = state_->account(record.profileId)) {
+        record = *known;
+    }
+    fold(std::move(record), SyncOutcome::Updated{std::move(snapshot)}, Tell::no);
 }
 
 /// Everything that a refresh changes, in an order that a crash cannot turn into news that come twice: the

@@ -45,8 +45,7 @@ public:
 
     /// Remembers, on the disk before it returns, what `current` tells after `previous`. The events that are
     /// due.
-    std::vector<PlannedEvent> note(const std::string& profileId,
-                                   const std::optional<RoostSnapshot>& previous,
+    std::vector<PlannedEvent> note(const std::string& profileId, const std::optional<RoostSnapshot>& previous,
                                    const RoostSnapshot& current);
 
     /// Has them delivered in their order, after those that are on their way. `snapshot` brought them.

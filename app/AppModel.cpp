@@ -22,17 +22,18 @@ AppModel::AppModel(Parts parts)
     : parts_{std::move(parts)},
       announcements_{{parts_.planner, parts_.ledgerStore, parts_.notifications, parts_.format, parts_.baseURL,
                       parts_.now}},
-      accounts_{state_, announcements_,
+      accounts_{state_,
+                announcements_,
                 {parts_.store, parts_.secrets, parts_.oauth, parts_.lock, parts_.widgets, parts_.now,
                  [this] { return RoostL10n::bundle(parts_.format().locale()).text("Profile"); }}},
-      signIn_{state_, accounts_,
+      signIn_{state_,
+              accounts_,
               {SignInFlow{parts_.oauth, parts_.api, parts_.browser, parts_.randomBytes, parts_.pause},
                parts_.oauth, parts_.secrets, [this] { return parts_.format().locale(); }}},
       loop_{std::make_shared<RefreshLoop>(
-          state_,
-          RefreshLoop::Parts{[this](std::stop_token stop) { return sync(std::move(stop)); },
-                             [this] { accounts_.persist(Accounts::Reload::yes); }, parts_.now,
-                             parts_.bootTime, parts_.pause})}
+          state_, RefreshLoop::Parts{[this](std::stop_token stop) { return sync(std::move(stop)); },
+                                     [this] { accounts_.persist(Accounts::Reload::yes); }, parts_.now,
+                                     parts_.bootTime, parts_.pause})}
 {
 }
 
@@ -161,7 +162,8 @@ void AppModel::openRoost()
 {
     const RoostAccountRecord* const record = selected();
     const bool hasNumbers = record != nullptr && record->snapshot;
-    if (const auto page = overviewPage(hasNumbers ? record->snapshot->roostUrl : std::nullopt, parts_.baseURL)) {
+    if (const auto page =
+            overviewPage(hasNumbers ? record->snapshot->roostUrl : std::nullopt, parts_.baseURL)) {
         parts_.open(*page);
     }
 }
@@ -177,10 +179,7 @@ bool AppModel::isSignedIn() const
                                [](const auto& record) { return record.status == Status::ok; });
 }
 
-RoostWidgetModel::Content AppModel::content(Date at) const
-{
-    return RoostTimeline::content(selected(), at);
-}
+RoostWidgetModel::Content AppModel::content(Date at) const { return RoostTimeline::content(selected(), at); }
 
 QCoro::Task<void> AppModel::quit()
 {

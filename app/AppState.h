@@ -20,8 +20,8 @@ class AppState final : public QObject {
     Q_PROPERTY(bool isRefreshing READ isRefreshing NOTIFY isRefreshingChanged)
     Q_PROPERTY(std::optional<roost::Date> lastRefreshAt READ lastRefreshAt NOTIFY lastRefreshAtChanged)
     Q_PROPERTY(roost::SignInState::Any signInState READ signInState NOTIFY signInStateChanged)
-    Q_PROPERTY(std::optional<std::string> selectedProfileID READ selectedProfileID NOTIFY
-                   selectedProfileIDChanged)
+    Q_PROPERTY(
+        std::optional<std::string> selectedProfileID READ selectedProfileID NOTIFY selectedProfileIDChanged)
     Q_PROPERTY(bool launchAtLogin READ launchAtLogin NOTIFY launchAtLoginChanged)
     Q_PROPERTY(roost::UpdateStatus updateStatus READ updateStatus NOTIFY updateStatusChanged)
 

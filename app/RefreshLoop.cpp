@@ -15,9 +15,8 @@ using Seconds = std::chrono::duration<double>;
 template <class Outcome>
 bool holdsAny(const RefreshLoop::Outcomes& outcomes)
 {
-    return std::ranges::any_of(outcomes, [](const auto& outcome) {
-        return std::holds_alternative<Outcome>(outcome);
-    });
+    return std::ranges::any_of(outcomes,
+                               [](const auto& outcome) { return std::holds_alternative<Outcome>(outcome); });
 }
 
 } // namespace

@@ -157,7 +157,8 @@ TEST_F(RefreshLoopTest, AnswersARequestAtOnceAndKeepsItsOwnTime)
     time.advance(200s);
 
     EXPECT_THAT(began, ElementsAre(0s, 100s, 300s));
-    EXPECT_THAT(log.messages("world.brisken.roost.mac.sync"), ElementsAre(QStringLiteral("refresh requested")));
+    EXPECT_THAT(log.messages("world.brisken.roost.mac.sync"),
+                ElementsAre(QStringLiteral("refresh requested")));
 }
 
 TEST_F(RefreshLoopTest, TakesABurstOfRequestsForOne)

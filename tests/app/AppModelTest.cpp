@@ -1,0 +1,368 @@
+#include "app/AppModel.h"
+
+#include "model/RefreshSignal.h"
+#include "tests/app/AppWorld.h"
+
+#include <gmock/gmock.h>
+
+namespace roost::test {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::Field;
+using testing::IsEmpty;
+using Status = RoostAccountRecord::Status;
+
+class AppModelTest : public testing::Test, protected AppWorld {
+protected:
+    LogCatcher log;
+
+    QList<QString> told() const { return log.messages("world.brisken.roost.mac.sync"); }
+};
+
+TEST_F(AppModelTest, HasNobodyAtFirst)
+{
+    start();
+
+    EXPECT_THAT(state().accounts(), IsEmpty());
+    EXPECT_FALSE(app().isSignedIn());
+    EXPECT_EQ(app().selected(), nullptr);
+    EXPECT_TRUE(std::holds_alternative<RoostWidgetContent::SignedOut>(app().content(time.now())));
+    EXPECT_THAT(widgetRequests(), IsEmpty());
+    EXPECT_TRUE(file().has_value());
+}
+
+TEST_F(AppModelTest, RefreshesWhoeverIsSignedInAtOnce)
+{
+    signInBefore("p1");
+    signInBefore("p2");
+    start();
+
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p1", "widget p2"));
+    EXPECT_EQ(record("p1")->profileName, "Profile p1");
+    EXPECT_EQ(record("p1")->fetchedAt, time.now());
+    EXPECT_EQ(record("p2")->snapshot->views.total, 700);
+    EXPECT_EQ(state().lastRefreshAt(), time.now());
+    EXPECT_GE(widgets.reloads, 1);
+}
+
+TEST_F(AppModelTest, StartsOnce)
+{
+    signInBefore("p1");
+    start();
+    app().start();
+    time.advance(300s);
+
+    EXPECT_EQ(events.observed, 1);
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p1", "widget p1"));
+}
+
+TEST_F(AppModelTest, BelievesTheStoreAndNotTheFileAboutWhoIsSignedIn)
+{
+    signInBefore("p1");
+    signInBefore("p3");
+    RoostSnapshot old = numbersOf("p2", time.now() - 24h);
+    store.write(
+        {.writtenAt = time.now() - 1h,
+         .accounts = {{.profileId = "p2", .profileName = "Two", .status = Status::ok, .snapshot = old},
+                      {.profileId = "p1", .profileName = "One", .status = Status::signedOut}}});
+    roost.trouble = [](const HttpRequest&) { return noNetwork(); };
+    start();
+
+    ASSERT_EQ(state().accounts().size(), 3U);
+    EXPECT_EQ(state().accounts()[0].profileId, "p2");
+    EXPECT_EQ(state().accounts()[0].status, Status::signedOut);
+    EXPECT_EQ(state().accounts()[0].snapshot, old);
+    EXPECT_EQ(state().accounts()[1].profileId, "p1");
+    EXPECT_EQ(state().accounts()[1].status, Status::ok);
+    EXPECT_EQ(state().accounts()[2],
+              (RoostAccountRecord{.profileId = "p3", .profileName = "Profile", .lastAttemptAt = time.now()}));
+    EXPECT_EQ(file()->accounts, state().accounts());
+}
+
+TEST_F(AppModelTest, KeepsTheLastNumbersWhenARefreshFails)
+{
+    signInBefore("p1");
+    start();
+    const RoostAccountRecord before = state().accounts()[0];
+    roost.trouble = [](const HttpRequest&) { return response(503); };
+    time.advance(300s);
+
+    EXPECT_EQ(state().accounts()[0].snapshot, before.snapshot);
+    EXPECT_EQ(state().accounts()[0].fetchedAt, before.fetchedAt);
+    EXPECT_EQ(state().accounts()[0].lastAttemptAt, time.now());
+    EXPECT_EQ(state().accounts()[0].status, Status::ok);
+    EXPECT_TRUE(told().contains(QStringLiteral("refresh: failed (unavailable), keeping the last numbers")));
+}
+
+TEST_F(AppModelTest, KeepsTheNumbersOfAProfileWhoseAuthorizationEnds)
+{
+    signInBefore("p1");
+    signInBefore("p2");
+    start();
+    roost.revoke("p1");
+    widgetRequests();
+    time.advance(300s);
+    EXPECT_EQ(record("p1")->status, Status::signedOut);
+    EXPECT_TRUE(record("p1")->snapshot.has_value());
+    EXPECT_EQ(record("p1")->lastAttemptAt, time.now());
+    EXPECT_EQ(stored("p1"), "");
+    EXPECT_TRUE(
+        told().contains(QStringLiteral("refresh: Roost ended this authorization, profile signed out")));
+
+    widgetRequests();
+    time.advance(300s);
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p2"));
+}
+
+TEST_F(AppModelTest, FallsBackToTheFirstSignedInProfileWhenTheChosenOneIsGone)
+{
+    signInBefore("p1");
+    signInBefore("p2");
+    settings.file["selectedProfileId"] = "gone";
+    start();
+    EXPECT_EQ(state().selectedProfileID(), "gone");
+    EXPECT_EQ(app().selected()->profileId, "p1");
+
+    roost.revoke("p1");
+    time.advance(300s);
+    EXPECT_EQ(app().selected()->profileId, "p2");
+}
+
+TEST_F(AppModelTest, RemembersWhichProfileIsShown)
+{
+    signInBefore("p1");
+    signInBefore("p2");
+    start();
+    app().select("p2");
+    EXPECT_EQ(app().selected()->profileId, "p2");
+    EXPECT_EQ(settings.file["selectedProfileId"], "p2");
+    quit();
+
+    start();
+    EXPECT_EQ(state().selectedProfileID(), "p2");
+}
+
+TEST_F(AppModelTest, ShowsWhatAWidgetWouldShow)
+{
+    signInBefore("p1");
+    start();
+    const auto content = app().content(time.now() + 5min);
+
+    ASSERT_TRUE(std::holds_alternative<RoostWidgetContent::Ready>(content));
+    EXPECT_EQ(std::get<RoostWidgetContent::Ready>(content).freshness.age, 5min);
+}
+
+TEST_F(AppModelTest, AsksALockedStoreAgainAndKeepsEverybodyMeanwhile)
+{
+    signInBefore("p1");
+    signInBefore("p2");
+    store.write({.writtenAt = time.now(), .accounts = {{.profileId = "p1", .profileName = "One"}}});
+    secrets.unavailable = SecretsUnavailable{SecretsUnavailable::Why::locked};
+    start();
+    ASSERT_EQ(state().accounts().size(), 1U);
+    EXPECT_EQ(state().accounts()[0].status, Status::ok);
+    EXPECT_EQ(state().accounts()[0].lastAttemptAt, time.now());
+
+    secrets.unavailable.reset();
+    time.advance(60s);
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p1", "widget p2"));
+    EXPECT_EQ(file()->accounts.size(), 2U);
+}
+
+TEST_F(AppModelTest, FindsOutThatATokenIsGoneWhenTheStoreOpens)
+{
+    store.write({.writtenAt = time.now(), .accounts = {{.profileId = "p1", .profileName = "One"}}});
+    secrets.values["client-id|https://roost.test"] = "client";
+    secrets.unavailable = SecretsUnavailable{SecretsUnavailable::Why::notAnswering};
+    start();
+    secrets.unavailable.reset();
+    time.advance(60s);
+
+    EXPECT_EQ(record("p1")->status, Status::signedOut);
+}
+
+TEST_F(AppModelTest, DoesNotOverwriteAFileThatItCannotRead)
+{
+    signInBefore("p1");
+    store.write({.writtenAt = time.now(), .accounts = {{.profileId = "p2", .profileName = "Two"}}});
+    const std::string before = *disk.contents(store.file());
+    files.failEvery(FailingFileSystem::Operation::read, std::make_error_code(std::errc::io_error));
+    start();
+    EXPECT_EQ(disk.contents(store.file()), before);
+
+    files.recover();
+    time.advance(300s);
+    EXPECT_EQ(record("p2")->profileName, "Two");
+    EXPECT_EQ(record("p1")->profileName, "Profile p1");
+}
+
+TEST_F(AppModelTest, GoesOnWhenTheDiskIsFullAndWritesWhenItIsNot)
+{
+    signInBefore("p1");
+    start();
+    files.failEvery(FailingFileSystem::Operation::write, std::make_error_code(std::errc::no_space_on_device));
+    roost.onRead = [](RoostSnapshot& numbers) { numbers.views.total = 800; };
+    time.advance(300s);
+    EXPECT_EQ(state().accounts()[0].snapshot->views.total, 800);
+    EXPECT_EQ(record("p1")->snapshot->views.total, 700);
+
+    files.recover();
+    time.advance(300s);
+    EXPECT_EQ(record("p1")->snapshot->views.total, 800);
+}
+
+TEST_F(AppModelTest, RefreshesWhenTheMachineWakes)
+{
+    signInBefore("p1");
+    start();
+    time.advance(100s);
+    widgetRequests();
+    events.observer.woke();
+    time.advance(0s);
+
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p1"));
+}
+
+TEST_F(AppModelTest, RefreshesOnceForOneRequestOfAWidgetHoweverItHears)
+{
+    signInBefore("p1");
+    start();
+    time.advance(100s);
+    widgetRequests();
+    RefreshSignal::request(store, time.now(), [this](Date at) {
+        events.folderChanged();
+        events.observer.refreshRequested(at);
+        events.folderChanged();
+    });
+    time.advance(10s);
+    events.folderChanged();
+    events.observer.refreshRequested(time.now() - 10s);
+    time.advance(0s);
+
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p1"));
+}
+
+TEST_F(AppModelTest, HearsARequestThatCouldNotBeWritten)
+{
+    signInBefore("p1");
+    start();
+    time.advance(100s);
+    widgetRequests();
+    files.failEvery(FailingFileSystem::Operation::write, std::make_error_code(std::errc::no_space_on_device));
+    EXPECT_FALSE(
+        RefreshSignal::request(store, time.now(), [this](Date at) { events.observer.refreshRequested(at); }));
+    time.advance(0s);
+
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p1"));
+}
+
+TEST_F(AppModelTest, TakesARequestFromBeforeItsStartForItsFirstCycle)
+{
+    signInBefore("p1");
+    store.write({.writtenAt = time.now() - 1h, .accounts = {}});
+    RefreshSignal::request(store, time.now() - 1min, [](Date) {});
+    start();
+    events.folderChanged();
+    time.advance(299s);
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p1"));
+}
+
+TEST_F(AppModelTest, HearsRequestsAfterTheClockWasSetBack)
+{
+    signInBefore("p1");
+    start();
+    time.advance(100s);
+    RefreshSignal::request(store, time.now(), [](Date) {});
+    events.folderChanged();
+    time.advance(100s);
+    widgetRequests();
+    time.setClock(time.now() - 24h);
+    RefreshSignal::request(store, time.now(), [](Date) {});
+    events.folderChanged();
+    events.folderChanged();
+    time.advance(0s);
+
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p1"));
+}
+
+TEST_F(AppModelTest, RemembersWhatItTellsBeforeItTells)
+{
+    signInBefore("p1");
+    start();
+    roost.onRead = [](RoostSnapshot& numbers) { numbers.best->views = 1500; };
+    center.onRequest = [this] { EXPECT_TRUE(ledger().entries.contains("p1|milestone:x|the best:1000")); };
+    time.advance(300s);
+
+    ASSERT_EQ(center.added.size(), 1U);
+    EXPECT_EQ(center.added[0].identifier, "p1|milestone:x|the best:1000");
+    EXPECT_EQ(notificationServices, 1);
+    time.advance(3000s);
+    EXPECT_EQ(center.added.size(), 1U);
+}
+
+TEST_F(AppModelTest, TellsNothingOldAfterARestart)
+{
+    signInBefore("p1");
+    start();
+    roost.onRead = [](RoostSnapshot& numbers) { numbers.best->views = 1500; };
+    time.advance(300s);
+    quit();
+    roost.onRead = [](RoostSnapshot& numbers) { numbers.best->views = 1600; };
+    start();
+    time.advance(300s);
+
+    EXPECT_EQ(center.added.size(), 1U);
+}
+
+TEST_F(AppModelTest, MakesNoWayToTheUserBeforeThereIsSomethingToTell)
+{
+    signInBefore("p1");
+    start();
+    time.advance(1000s);
+
+    EXPECT_EQ(notificationServices, 0);
+}
+
+TEST_F(AppModelTest, OpensThePageOfTheProfileOrTheOverview)
+{
+    signInBefore("p1");
+    start();
+    app().openRoost();
+    roost.onRead = [](RoostSnapshot& numbers) { numbers.roostUrl = WebURL::parse("https://Roost.test/own"); };
+    time.advance(300s);
+    app().openRoost();
+
+    EXPECT_THAT(opened, ElementsAre("https://roost.test/roost/overview", "https://Roost.test/own"));
+}
+
+TEST_F(AppModelTest, QuitsInTheMidstOfARefreshWithItsTokenStored)
+{
+    signInBefore("p1");
+    roost.latency = [] { return 40s; };
+    start();
+    // On its way back.
+    time.advance(30s);
+    quit();
+
+    EXPECT_TRUE(roost.isAlive(stored("p1")));
+    EXPECT_EQ(roost.reuses(), 0U);
+}
+
+TEST_F(AppModelTest, SkipsWhoeverSignsOutDuringTheCycle)
+{
+    signInBefore("p1");
+    signInBefore("p2");
+    roost.latency = [] { return 10s; };
+    start();
+    time.advance(2s);
+    app().signOut("p2");
+    time.advance(200s);
+
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p1"));
+    EXPECT_FALSE(record("p2").has_value());
+}
+
+} // namespace
+} // namespace roost::test

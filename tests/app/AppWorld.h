@@ -1,0 +1,126 @@
+#pragma once
+
+#include "app/AppModel.h"
+#include "service/InMemorySecretStore.h"
+#include "tests/notify/ScriptedNotificationCenter.h"
+#include "tests/support/Await.h"
+#include "tests/support/FailingFileSystem.h"
+#include "tests/support/LogCatcher.h"
+#include "tests/support/MemoryFileSystem.h"
+#include "tests/support/MemorySettings.h"
+#include "tests/support/ModelRoost.h"
+#include "tests/support/VirtualTime.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace roost::test {
+
+/// The system around the app, as far as the app sees it.
+class ScriptedSystemEvents final : public SystemEvents {
+public:
+    Observer observer;
+    std::function<void()> folderChanged;
+    std::filesystem::path watched;
+    int observed = 0;
+
+    void observe(Observer next) override
+    {
+        ++observed;
+        observer = std::move(next);
+    }
+    std::unique_ptr<FolderWatcher> watch(std::filesystem::path folder,
+                                         std::function<void()> onChange) override
+    {
+        watched = std::move(folder);
+        folderChanged = std::move(onChange);
+        return std::make_unique<FolderWatcher>();
+    }
+};
+
+class CountingTimelines final : public WidgetTimelines {
+public:
+    int reloads = 0;
+
+    void reloadAll() override { ++reloads; }
+};
+
+class ScriptedLoginItem final : public LoginItem {
+public:
+    bool enabled = false;
+    int changes = 0;
+
+    bool isEnabled() const override { return enabled; }
+    bool setEnabled(bool next) override
+    {
+        ++changes;
+        enabled = next;
+        return true;
+    }
+};
+
+/// Nobody else refreshes.
+class FreeRefreshLock final : public RefreshLock {
+public:
+    QCoro::Task<std::unique_ptr<Held>> acquire(std::string, std::stop_token) override
+    {
+        co_return std::make_unique<Held>();
+    }
+};
+
+/// A machine with the app on it: everything that outlives a run of the program, and the run itself. All in
+/// memory, on a time of its own.
+class AppWorld {
+public:
+    AppWorld();
+    ~AppWorld();
+    AppWorld(const AppWorld&) = delete;
+    AppWorld& operator=(const AppWorld&) = delete;
+
+    /// Starts the app; the first cycle is over unless the service takes its time.
+    AppModel& start();
+    /// Quits it, as a user does.
+    void quit();
+    AppModel& app() { return *app_; }
+    const AppState& state() const { return app_->state(); }
+
+    /// The profile is signed in, as if by an earlier run: its token is in the store.
+    void signInBefore(const std::string& profileId);
+    /// Signs in now, through the browser.
+    void signIn(const std::string& profileId);
+
+    /// What lies in the shared file; nothing without a readable one.
+    std::optional<RoostStoreFile> file() const { return store.read(); }
+    /// The record in the shared file.
+    std::optional<RoostAccountRecord> record(const std::string& profileId) const;
+    AnnouncedLedger ledger() const { return ledgerStore.load(); }
+    std::string stored(const std::string& profileId);
+
+    /// "widget p1" and the like since the last call.
+    std::vector<std::string> widgetRequests();
+
+    VirtualTime time{Date{std::chrono::seconds(1'750'000'000)}};
+    MemoryFileSystem disk;
+    FailingFileSystem files{disk};
+    MemorySettings settings;
+    InMemorySecretStore secrets;
+    ModelRoost roost{time};
+    ModelRoost::Browser browser{roost};
+    FreeRefreshLock lock;
+    ScriptedSystemEvents events;
+    CountingTimelines widgets;
+    ScriptedLoginItem loginItem;
+    bool hasLoginItem = true;
+    ScriptedNotificationCenter center;
+    std::vector<std::string> opened;
+    WidgetStore store{files, "/data/group"};
+    AnnouncedLedgerStore ledgerStore{files, "/data/BriskenRoost/announced.json"};
+    int notificationServices = 0;
+
+private:
+    std::unique_ptr<AppModel> app_;
+};
+
+} // namespace roost::test

@@ -1,0 +1,317 @@
+#include "app/SignIn.h"
+
+#include "tests/app/AppWorld.h"
+
+#include <gmock/gmock.h>
+
+namespace roost::test {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Kind = RoostAuthError::Kind;
+using Status = RoostAccountRecord::Status;
+
+class SignInTest : public testing::Test, protected AppWorld {
+protected:
+    LogCatcher log;
+
+    SignInTest() { start(); }
+
+    bool isIdle() const { return std::holds_alternative<SignInState::Idle>(state().signInState()); }
+    bool isInProgress() const
+    {
+        return std::holds_alternative<SignInState::InProgress>(state().signInState());
+    }
+    std::string failure() const
+    {
+        const auto* failed = std::get_if<SignInState::Failed>(&state().signInState());
+        return failed != nullptr ? failed->message : "";
+    }
+    QList<QString> told() const { return log.messages("world.brisken.roost.mac.auth"); }
+};
+
+TEST_F(SignInTest, BringsAProfileWithItsNumbers)
+{
+    signIn("p1");
+
+    EXPECT_TRUE(isIdle());
+    ASSERT_TRUE(record("p1").has_value());
+    EXPECT_EQ(record("p1")->profileName, "Profile p1");
+    EXPECT_EQ(record("p1")->fetchedAt, time.now());
+    EXPECT_EQ(record("p1")->lastAttemptAt, time.now());
+    EXPECT_EQ(state().selectedProfileID(), "p1");
+    EXPECT_TRUE(roost.isAlive(stored("p1")));
+    EXPECT_THAT(told(), ElementsAre(QStringLiteral("sign-in started"), QStringLiteral("sign-in finished")));
+}
+
+TEST_F(SignInTest, TellsNothingOfWhatIsTrueAlready)
+{
+    signIn("p1");
+    time.advance(1000s);
+
+    EXPECT_THAT(center.added, IsEmpty());
+    EXPECT_TRUE(ledger().entries.contains("p1|best:x|the best"));
+}
+
+TEST_F(SignInTest, GoesOnRefreshingTheNewProfile)
+{
+    signIn("p1");
+    widgetRequests();
+    time.advance(300s);
+
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p1"));
+}
+
+TEST_F(SignInTest, RunsOneAtATime)
+{
+    browser.hesitation = 10s;
+    signIn("p1");
+    EXPECT_TRUE(isInProgress());
+    app().signIn();
+    time.advance(10s);
+
+    EXPECT_EQ(browser.opened, 1);
+    EXPECT_TRUE(isIdle());
+    EXPECT_THAT(state().accounts(), testing::SizeIs(1));
+}
+
+TEST_F(SignInTest, ReplacesTheRecordOfAProfileThatSignsInAgain)
+{
+    signIn("p1");
+    signIn("p2");
+    EXPECT_EQ(state().selectedProfileID(), "p2");
+    roost.profiles.at("p1").best->views = 5000;
+    signIn("p1");
+
+    ASSERT_EQ(state().accounts().size(), 2U);
+    EXPECT_EQ(state().accounts()[0].profileId, "p1");
+    EXPECT_EQ(state().accounts()[0].snapshot->best->views, 5000);
+    EXPECT_EQ(state().selectedProfileID(), "p1");
+    time.advance(300s);
+    EXPECT_THAT(center.added, IsEmpty());
+    EXPECT_TRUE(ledger().entries.contains("p1|milestone:x|the best:1000"));
+}
+
+TEST_F(SignInTest, BringsBackAProfileWhoseAuthorizationHadEnded)
+{
+    signIn("p1");
+    roost.revoke("p1");
+    time.advance(300s);
+    ASSERT_EQ(record("p1")->status, Status::signedOut);
+    signIn("p1");
+    EXPECT_EQ(record("p1")->status, Status::ok);
+
+    widgetRequests();
+    time.advance(300s);
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p1"));
+}
+
+TEST_F(SignInTest, IsQuietWhenTheUserClosesTheBrowser)
+{
+    app().signIn();
+    time.advance(0s);
+
+    EXPECT_TRUE(isIdle());
+    EXPECT_THAT(state().accounts(), IsEmpty());
+    EXPECT_THAT(told(), ElementsAre(QStringLiteral("sign-in started"), QStringLiteral("sign-in cancelled")));
+}
+
+TEST_F(SignInTest, SaysThatNothingWasSavedWhenTheStateIsWrong)
+{
+    browser.wrongState = "x";
+    signIn("p1");
+
+    EXPECT_EQ(failure(), "The sign-in did not complete safely, so nothing was saved. Try again.");
+    EXPECT_THAT(state().accounts(), IsEmpty());
+    EXPECT_EQ(stored("p1"), "");
+    EXPECT_EQ(state().selectedProfileID(), std::nullopt);
+    EXPECT_TRUE(told().contains(QStringLiteral("sign-in failed: stateMismatch")));
+
+    browser.wrongState = "";
+    signIn("p1");
+    EXPECT_TRUE(isIdle());
+}
+
+TEST_F(SignInTest, LeavesEverythingAsItWasWhenTheServiceCannotBeReached)
+{
+    signIn("p1");
+    const RoostAccountRecord before = *record("p1");
+    const std::string token = stored("p1");
+    roost.trouble = [](const HttpRequest&) { return noNetwork(); };
+    signIn("p2");
+
+    // The addresses of the service are known by now; it is the tokens that do not come.
+    EXPECT_EQ(failure(), "Brisken Roost could not be reached. Check your connection and try again.");
+    EXPECT_EQ(record("p1"), before);
+    EXPECT_EQ(stored("p1"), token);
+    EXPECT_EQ(state().selectedProfileID(), "p1");
+}
+
+TEST_F(SignInTest, LastsForThisRunWhenTheStoreTakesNothing)
+{
+    secrets.failWrites = true;
+    signIn("p1");
+    EXPECT_TRUE(isIdle());
+    EXPECT_TRUE(log.saw(u"Brisken Roost: the keychain refused the refresh token (-25308)"));
+    widgetRequests();
+    time.advance(300s);
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p1"));
+
+    secrets.failWrites = false;
+    time.advance(300s);
+    EXPECT_TRUE(roost.isAlive(stored("p1")));
+}
+
+TEST_F(SignInTest, OpensALockedStoreOnce)
+{
+    secrets.unavailable = SecretsUnavailable{SecretsUnavailable::Why::locked};
+    signIn("p1");
+
+    EXPECT_TRUE(isIdle());
+    EXPECT_TRUE(roost.isAlive(stored("p1")));
+}
+
+TEST_F(SignInTest, TurnsOpeningAtLoginOnOnceAndLeavesItToTheUserThen)
+{
+    signIn("p1");
+    EXPECT_TRUE(loginItem.enabled);
+    EXPECT_TRUE(state().launchAtLogin());
+    loginItem.enabled = false;
+    signIn("p2");
+
+    EXPECT_FALSE(loginItem.enabled);
+    EXPECT_EQ(loginItem.changes, 1);
+    EXPECT_EQ(settings.file["didApplyLaunchAtLoginDefault"], "true");
+}
+
+TEST_F(SignInTest, LeavesTheLoginDefaultForWhenThereIsALoginItem)
+{
+    quit();
+    hasLoginItem = false;
+    start();
+    signIn("p1");
+
+    EXPECT_FALSE(settings.file.contains("didApplyLaunchAtLoginDefault"));
+}
+
+TEST_F(SignInTest, AsksForPermissionWhereItWasNeverAsked)
+{
+    center.authorized = NotificationCenter::Authorization::notDetermined;
+    signIn("p1");
+    EXPECT_THAT(center.calls, ElementsAre("authorization", "requestAuthorization"));
+}
+
+TEST_F(SignInTest, DoesNotAskForPermissionTwice)
+{
+    center.authorized = NotificationCenter::Authorization::denied;
+    signIn("p1");
+    EXPECT_THAT(center.calls, ElementsAre("authorization"));
+}
+
+TEST_F(SignInTest, IsGivenUpWhenTheProgramQuits)
+{
+    browser.hesitation = 1h;
+    signIn("p1");
+    quit();
+
+    EXPECT_EQ(stored("p1"), "");
+    EXPECT_FALSE(record("p1").has_value());
+}
+
+TEST_F(SignInTest, SurvivesACycleThatRunsMeanwhile)
+{
+    signIn("p1");
+    roost.latency = [] { return 10s; };
+    browser.hesitation = 3s;
+    app().requestRefresh();
+    time.advance(3s);
+    app().requestRefresh();
+    signIn("p2");
+    time.advance(200s);
+
+    EXPECT_TRUE(isIdle());
+    EXPECT_TRUE(record("p2").has_value());
+    EXPECT_EQ(roost.reuses(), 0U);
+}
+
+class SignOutTest : public SignInTest {};
+
+TEST_F(SignOutTest, ForgetsTheProfileAndSelectsTheFirstThatIsLeft)
+{
+    signIn("p1");
+    signIn("p2");
+    signIn("p3");
+    app().signOut("p3");
+    time.advance(0s);
+
+    EXPECT_EQ(state().selectedProfileID(), "p1");
+    EXPECT_EQ(settings.file["selectedProfileId"], "p1");
+    EXPECT_EQ(stored("p3"), "");
+    ASSERT_EQ(file()->accounts.size(), 2U);
+    EXPECT_EQ(file()->accounts[1].profileId, "p2");
+}
+
+TEST_F(SignOutTest, LeavesTheChoiceAloneWhenAnotherProfileGoes)
+{
+    signIn("p1");
+    signIn("p2");
+    app().signOut("p1");
+    time.advance(0s);
+
+    EXPECT_EQ(state().selectedProfileID(), "p2");
+}
+
+TEST_F(SignOutTest, LeavesNobodySelectedWhenTheLastOneGoes)
+{
+    signIn("p1");
+    app().signOut("p1");
+    time.advance(0s);
+
+    EXPECT_EQ(state().selectedProfileID(), std::nullopt);
+    EXPECT_FALSE(settings.file.contains("selectedProfileId"));
+    EXPECT_THAT(file()->accounts, IsEmpty());
+}
+
+TEST_F(SignOutTest, ForgetsAProfileWithoutASession)
+{
+    signIn("p1");
+    roost.revoke("p1");
+    time.advance(300s);
+    secrets.values["refresh-token|p1"] = "left over";
+    app().signOut("p1");
+    time.advance(0s);
+
+    EXPECT_EQ(stored("p1"), "");
+    EXPECT_FALSE(record("p1").has_value());
+}
+
+TEST_F(SignOutTest, ForgetsTheTokenAsSoonAsTheStoreCanBeAsked)
+{
+    signIn("p1");
+    secrets.unavailable = SecretsUnavailable{SecretsUnavailable::Why::locked};
+    app().signOut("p1");
+    time.advance(0s);
+    EXPECT_FALSE(record("p1").has_value());
+    EXPECT_NE(stored("p1"), "");
+
+    secrets.unavailable.reset();
+    time.advance(300s);
+    EXPECT_EQ(stored("p1"), "");
+}
+
+TEST_F(SignOutTest, DropsWhatARefreshBringsMeanwhile)
+{
+    signIn("p1");
+    roost.latency = [] { return 10s; };
+    time.advance(301s);
+    app().signOut("p1");
+    time.advance(100s);
+
+    EXPECT_FALSE(record("p1").has_value());
+    EXPECT_EQ(stored("p1"), "");
+}
+
+} // namespace
+} // namespace roost::test
