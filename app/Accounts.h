@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/Announcements.h"
-#include "app/AppState.h"
 #include "app/WidgetTimelines.h"
+#include "model/AppState.h"
 #include "model/Clock.h"
 #include "model/WidgetStore.h"
 #include "service/AccountSession.h"

@@ -69,6 +69,8 @@ QCoro::Task<void> AppModel::begin()
 
 void AppModel::requestRefresh() { loop_->requestRefresh(); }
 
+QCoro::Task<void> AppModel::refreshed() { return tasks_.add(loop_->refreshed()); }
+
 void AppModel::noticeRefreshNote()
 {
     if (const std::optional<Date> asked = RefreshSignal::lastRequest(parts_.store)) {

@@ -2,12 +2,12 @@
 
 #include "app/Accounts.h"
 #include "app/Announcements.h"
-#include "app/AppState.h"
 #include "app/LoginItem.h"
 #include "app/RefreshLoop.h"
 #include "app/SignIn.h"
 #include "app/SystemEvents.h"
 #include "app/WidgetTimelines.h"
+#include "model/AppState.h"
 #include "model/BootTime.h"
 #include "model/Clock.h"
 #include "model/Pause.h"
@@ -76,6 +76,9 @@ public:
     /// Asks for fresh numbers soon; how soon is `RefreshLoop::requestRefresh`'s to say. Nothing before
     /// `start`.
     void requestRefresh();
+
+    /// The same; ends when the numbers are as fresh as that makes them.
+    QCoro::Task<void> refreshed();
 
     /// Asks for them when a widget has left a request in the shared folder that was not seen yet.
     void noticeRefreshNote();

@@ -46,6 +46,21 @@ void RefreshLoop::requestRefresh()
     tasks_.add(runRequested(shared_from_this()));
 }
 
+QCoro::Task<void> RefreshLoop::refreshed()
+{
+    requestRefresh();
+    return awaitCycles(shared_from_this(), running_ ? (rerunRequested_ ? 2 : 1) : 0);
+}
+
+QCoro::Task<void> RefreshLoop::awaitCycles(Self self, int count)
+{
+    for (; count > 0 && !self->isStopping(); --count) {
+        const std::shared_ptr<Completion<bool>> end = self->nextEnd_;
+        auto waiting = end->wait(self->stopping_.get_token());
+        co_await waiting;
+    }
+}
+
 QCoro::Task<Seconds> RefreshLoop::refreshCycle() { return cycle(shared_from_this()); }
 
 void RefreshLoop::stop()
@@ -97,7 +112,9 @@ QCoro::Task<Seconds> RefreshLoop::runCycle(Self self)
     const Seconds delay = self->concluded(outcomes);
     self->running_.reset();
     self->state_->setRefreshing(false);
+    const auto ended = std::exchange(self->nextEnd_, std::make_shared<Completion<bool>>());
     running->complete(delay);
+    ended->complete(true);
     co_return delay;
 }
 

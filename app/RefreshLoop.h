@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/AppState.h"
 #include "app/TaskGroup.h"
+#include "model/AppState.h"
 #include "model/BootTime.h"
 #include "model/Clock.h"
 #include "model/Pause.h"
@@ -56,6 +56,9 @@ public:
     /// after `stop`, and when a cycle began less than two seconds ago and has ended since.
     void requestRefresh();
 
+    /// The same; ends with the cycle that this led to, or that made it unnecessary.
+    QCoro::Task<void> refreshed();
+
     /// Runs one cycle, or waits for the one that is running. How long to wait until the next.
     QCoro::Task<std::chrono::duration<double>> refreshCycle();
 
@@ -70,6 +73,7 @@ private:
     using Running = Completion<std::chrono::duration<double>>;
 
     static QCoro::Task<void> run(Self self);
+    static QCoro::Task<void> awaitCycles(Self self, int count);
     static QCoro::Task<void> runRequested(Self self);
     static QCoro::Task<std::chrono::duration<double>> cycle(Self self);
     static QCoro::Task<std::chrono::duration<double>> runCycle(Self self);
@@ -86,6 +90,8 @@ private:
     bool isStarted_ = false;
     /// The cycle in flight.
     std::shared_ptr<Running> running_;
+    /// Complete when the next cycle that ends has ended, or when none will.
+    std::shared_ptr<Completion<bool>> nextEnd_ = std::make_shared<Completion<bool>>();
     bool rerunRequested_ = false;
     /// How many cycles in a row had a profile that failed.
     std::int64_t consecutiveFailures_ = 0;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/Accounts.h"
-#include "app/AppState.h"
+#include "model/AppState.h"
 #include "service/OAuthClient.h"
 #include "service/SecretStore.h"
 #include "service/SignInFlow.h"

@@ -12,4 +12,16 @@ inline const QString applicationInterface = QStringLiteral("org.freedesktop.Appl
 /// The error that answers addresses that nobody waits for.
 inline const QString notAwaited = QStringLiteral("world.brisken.roost.mac.Error.NotAwaited");
 
+/// The running app: what it publishes and does. Described in bus/world.brisken.roost.mac.Model1.xml.
+inline const QString modelPath = QStringLiteral("/world/brisken/roost/mac/Model");
+inline const QString modelInterface = QStringLiteral("world.brisken.roost.mac.Model1");
+/// The error that answers whoever is another user.
+inline const QString notAllowed = QStringLiteral("world.brisken.roost.mac.Error.NotAllowed");
+/// The error that answers calls about a profile that is not there.
+inline const QString noSuchProfile = QStringLiteral("world.brisken.roost.mac.Error.NoSuchProfile");
+
+/// The broadcast that carries notifications from process to process: `Posted`, with the notification's name
+/// and a time in milliseconds since 1970.
+inline const QString notificationInterface = QStringLiteral("world.brisken.roost.Notification1");
+
 } // namespace roost::RoostBus

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/SignInState.h"
 #include "model/RoostStoreFile.h"
-#include "update/UpdateStatus.h"
+#include "model/SignInState.h"
+#include "model/UpdateStatus.h"
 
 #include <QObject>
 
@@ -13,7 +13,8 @@
 namespace roost {
 
 /// What the app publishes: everything that is shown of it. Each property has a signal that comes after a
-/// change, and after changes only. Owned by `AppModel`, whose parts write it; all others read. Main thread.
+/// change, and after changes only. Owned by the app's model, or by what stands for it in another process; its
+/// owner writes it and all others read. Main thread.
 class AppState final : public QObject {
     Q_OBJECT
     Q_PROPERTY(std::vector<roost::RoostAccountRecord> accounts READ accounts NOTIFY accountsChanged)
@@ -44,7 +45,7 @@ public:
     /// The record with that id; null when there is none. Valid until the accounts change.
     const RoostAccountRecord* account(const std::string& profileId) const;
     void setRefreshing(bool isRefreshing);
-    void setLastRefreshAt(Date at);
+    void setLastRefreshAt(std::optional<Date> at);
     void setSignInState(SignInState::Any state);
     void setSelectedProfileID(std::optional<std::string> profileId);
     void setLaunchAtLogin(bool launches);

@@ -1,4 +1,4 @@
-#include "app/AppState.h"
+#include "model/AppState.h"
 
 #include <algorithm>
 #include <utility>
@@ -51,7 +51,7 @@ void AppState::setRefreshing(bool isRefreshing)
     }
 }
 
-void AppState::setLastRefreshAt(Date at)
+void AppState::setLastRefreshAt(std::optional<Date> at)
 {
     if (replace(lastRefreshAt_, at)) {
         Q_EMIT lastRefreshAtChanged();

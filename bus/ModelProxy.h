@@ -1,0 +1,77 @@
+#pragma once
+
+#include "bus/SessionBus.h"
+#include "model/AppState.h"
+
+#include <QCoro/QCoroTask>
+#include <QDBusMessage>
+#include <QObject>
+#include <QString>
+#include <QVariantMap>
+
+#include <memory>
+#include <stop_token>
+
+namespace roost {
+
+/// The running app as another process sees it over the session bus: the same state, kept up to date, and what
+/// can be asked of it. Main thread; its tasks may outlive it.
+class ModelProxy final : public QObject {
+    Q_OBJECT
+
+public:
+    /// `addresses` are those of the bus, as `sessionBusAddresses` gives them.
+    explicit ModelProxy(QString addresses);
+    ~ModelProxy() override;
+
+    /// Finds the running app and reads its state. Whether there is one. Bounded in time.
+    QCoro::Task<bool> connectToApp();
+
+    /// Whether the app is running and its state is known.
+    bool isRunning() const { return isRunning_; }
+    /// As it was last heard of.
+    const AppState& state() const { return state_; }
+
+    /// What came of a call.
+    enum class Answer {
+        done,
+        noSuchProfile,
+        /// The app is not there any more, or does not answer.
+        failed,
+    };
+
+    /// Without `wait`, answered at once; with it, when the numbers are as fresh as the request makes them. A
+    /// refresh may take minutes.
+    QCoro::Task<Answer> requestRefresh(bool wait);
+    QCoro::Task<Answer> signIn();
+    QCoro::Task<Answer> signOut(std::string profileId);
+    QCoro::Task<Answer> select(std::string profileId);
+    QCoro::Task<Answer> openRoost();
+    QCoro::Task<Answer> quitApp();
+
+Q_SIGNALS:
+    /// The app came or went.
+    void isRunningChanged();
+
+private Q_SLOTS: // NOLINT: called by the bus
+    void changeProperties(const QString& interface, const QVariantMap& changed,
+                          const QStringList& invalidated, const QDBusMessage& message);
+    void changeOwner(const QString& name, const QString& before, const QString& now);
+
+private:
+    struct Link;
+
+    static QCoro::Task<bool> connected(std::shared_ptr<Link> link, QString addresses);
+    static QCoro::Task<bool> readAll(std::shared_ptr<Link> link);
+    static QCoro::Task<void> readOne(std::shared_ptr<Link> link, QString name);
+    static QCoro::Task<Answer> call(std::shared_ptr<Link> link, QString method, QVariantList arguments,
+                                    std::chrono::milliseconds timeout);
+    void setRunning(bool isRunning);
+
+    QString addresses_;
+    AppState state_;
+    bool isRunning_ = false;
+    std::shared_ptr<Link> link_;
+};
+
+} // namespace roost
