@@ -106,6 +106,10 @@ QCoro::Task<void> Accounts::adopt(std::string profileId, TokenSet tokens)
 {
     ++changes_;
     const Session session = sessionMade(profileId);
+    // A refresh of the former sign-in in another process ends before, and so cannot put its token in place of
+    // the new one. Without the lock it goes on all the same: the user is signed in.
+    auto locking = session->lock({});
+    const auto lock = co_await locking;
     auto adopting = session->adopt(std::move(tokens));
     if (const auto adopted = co_await adopting; !adopted) {
         qCWarning(RoostLog::console, "Brisken Roost: the keychain refused the refresh token (%d)",
@@ -113,11 +117,20 @@ QCoro::Task<void> Accounts::adopt(std::string profileId, TokenSet tokens)
     }
 }
 
-void Accounts::apply(SyncOutcome::Any outcome, const Session& session)
+std::optional<Accounts::Attempt> Accounts::attempt(const std::string& profileId) const
 {
+    const Session session = this->session(profileId);
+    return session ? std::optional{Attempt{session, changes_}} : std::nullopt;
+}
+
+void Accounts::apply(SyncOutcome::Any outcome, const Attempt& attempt)
+{
+    const Session& session = attempt.session;
     const std::string& profileId = session->profileId();
     const RoostAccountRecord* const record = state_->account(profileId);
-    if (record == nullptr || this->session(profileId) != session) {
+    const auto signedIn = signIns_.find(profileId);
+    const bool isOvertaken = signedIn != signIns_.end() && signedIn->second > attempt.begun;
+    if (record == nullptr || isOvertaken || this->session(profileId) != session) {
         return;
     }
     if (const auto* failed = std::get_if<SyncOutcome::Failed>(&outcome)) {
@@ -141,6 +154,7 @@ void Accounts::welcome(RoostSnapshot snapshot)
     if (const RoostAccountRecord* const known = state_->account(record.profileId)) {
         record = *known;
     }
+    signIns_[record.profileId] = ++changes_;
     fold(std::move(record), SyncOutcome::Updated{std::move(snapshot)}, Tell::no);
 }
 
@@ -169,10 +183,16 @@ QCoro::Task<void> Accounts::signOut(std::string profileId)
     std::vector<RoostAccountRecord> records = state_->accounts();
     std::erase_if(records, [&](const auto& record) { return record.profileId == profileId; });
     state_->setAccounts(std::move(records));
-    auto signingOut = session->signOut();
-    const bool isForgotten = co_await signingOut;
-    if (!isForgotten) {
-        unforgotten_.insert(session);
+    // A refresh in another process ends before, and so cannot bring the token back.
+    auto locking = session->lock({});
+    const auto lock = co_await locking;
+    // What is stored belongs to whoever has signed in again meanwhile.
+    if (!this->session(profileId)) {
+        auto signingOut = session->signOut();
+        const bool isForgotten = co_await signingOut;
+        if (!isForgotten) {
+            unforgotten_.insert(session);
+        }
     }
     persist(Reload::yes);
 }

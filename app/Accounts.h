@@ -64,9 +64,19 @@ public:
     /// told on the console; the session then keeps it as long as the program runs.
     QCoro::Task<void> adopt(std::string profileId, TokenSet tokens);
 
-    /// Folds in what a refresh with `session` came to. Nothing when the profile was signed out or in anew
-    /// meanwhile, which is another session's business.
-    void apply(SyncOutcome::Any outcome, const Session& session);
+    /// One refresh of one profile, as of its beginning.
+    struct Attempt {
+        Session session;
+        /// The changes before it.
+        std::uint64_t begun;
+    };
+
+    /// A refresh that begins now; nothing when the profile is not signed in.
+    std::optional<Attempt> attempt(const std::string& profileId) const;
+
+    /// Folds in what a refresh came to. Nothing when the profile was signed out or in anew meanwhile: then
+    /// these numbers, and that verdict, are older than what is shown.
+    void apply(SyncOutcome::Any outcome, const Attempt& attempt);
 
     /// Folds in the first snapshot of a sign-in: in place of the profile's record, or as the last one.
     /// Nothing that it tells is announced; it is only remembered.
@@ -105,6 +115,8 @@ private:
     bool isTold_ = false;
     /// Raised whenever a profile signs in or out here.
     std::uint64_t changes_ = 0;
+    /// When each profile last signed in here, in `changes_`.
+    std::map<std::string, std::uint64_t> signIns_;
     /// Whether there is a file that could not be read, whose records must not be lost.
     bool isWithheld_ = false;
 };

@@ -65,6 +65,8 @@ QCoro::Task<void> AppModel::begin()
     }
     loop_->startLoop();
     folderWatcher_ = parts_.events.watch(parts_.store.directory(), [this] { noticeRefreshNote(); });
+    // What came before the folder was watched has not been told.
+    noticeRefreshNote();
 }
 
 void AppModel::requestRefresh() { loop_->requestRefresh(); }
@@ -110,18 +112,18 @@ QCoro::Task<RefreshLoop::Outcomes> AppModel::sync(std::stop_token stop)
     RefreshLoop::Outcomes outcomes;
     for (const std::string& profileId : signedIn) {
         // As it is now: the user may have signed out meanwhile.
-        const Accounts::Session session = accounts_.session(profileId);
-        if (!session || stop.stop_requested()) {
+        const std::optional<Accounts::Attempt> attempt = accounts_.attempt(profileId);
+        if (!attempt || stop.stop_requested()) {
             continue;
         }
-        auto fetching = sync.fetch(session, stop);
+        auto fetching = sync.fetch(attempt->session, stop);
         SyncOutcome::Any outcome = co_await fetching;
         if (stop.stop_requested() && std::holds_alternative<SyncOutcome::Failed>(outcome)) {
             break;
         }
         outcomes.push_back(outcome);
-        accounts_.apply(std::move(outcome), session);
-        auto saving = session->saveUnsaved();
+        accounts_.apply(std::move(outcome), *attempt);
+        auto saving = attempt->session->saveUnsaved();
         co_await saving;
     }
     co_return outcomes;

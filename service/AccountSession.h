@@ -50,6 +50,13 @@ public:
     const std::string& profileId() const { return profileId_; }
     State state() const { return state_; }
 
+    /// The profile's lock, for who is about to have it signed in or out here while another process may be
+    /// refreshing it. Null when it cannot be had in the time that a refresh takes, and on a stop.
+    QCoro::Task<RefreshTokenKeeper::Lock> lock(std::stop_token stop)
+    {
+        return keeper_->lock(std::move(stop));
+    }
+
     /// Takes over the tokens of a fresh sign-in: from the call on they serve, and nothing that was under way
     /// for older ones touches them. Fails when the refresh token could not be stored; it then serves for the
     /// rest of the run, unless another process has found it in the store all the same and goes on from it.

@@ -236,6 +236,23 @@ TEST_F(SignInTest, SurvivesACycleThatRunsMeanwhile)
     EXPECT_EQ(roost.reuses(), 0U);
 }
 
+TEST_F(SignInTest, IsNotUndoneByNumbersThatWereOnTheirWayBefore)
+{
+    signIn("p1");
+    time.advance(100s);
+    // A refresh whose answer takes long, and a sign-in that is quicker.
+    roost.latency = [] { return 20s; };
+    app().requestRefresh();
+    time.advance(11s);
+    roost.latency = [] { return 0s; };
+    roost.profiles.at("p1").posts.next.clear();
+    signIn("p1");
+    const RoostSnapshot newer = *state().accounts()[0].snapshot;
+    time.advance(60s);
+
+    EXPECT_EQ(state().accounts()[0].snapshot, newer);
+}
+
 class SignOutTest : public SignInTest {};
 
 TEST_F(SignOutTest, ForgetsTheProfileAndSelectsTheFirstThatIsLeft)
