@@ -43,6 +43,9 @@ public:
     /// on a stop: then the name may be ours all the same.
     QCoro::Task<Claim> start(std::chrono::milliseconds timeout, std::stop_token stop = {});
 
+    /// The connection that `start` made; null without one.
+    const std::shared_ptr<BusConnection>& bus() const { return bus_; }
+
 private:
     QString addresses_;
     ApplicationAdaptor::Opened opened_;

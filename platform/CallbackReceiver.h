@@ -40,6 +40,10 @@ public:
     /// Opens both. Once. The bus has the time `timeout` for each step, and none after a stop.
     QCoro::Task<Doors> open(std::chrono::milliseconds timeout, std::stop_token stop = {});
 
+    /// The connection to the session bus that has the program's name, or was too late for it; null without
+    /// one.
+    const std::shared_ptr<BusConnection>& bus() const { return bus_.bus(); }
+
 private:
     bool take(std::string_view address);
 

@@ -16,8 +16,10 @@ const QString helpText = QStringLiteral(R"(Usage: brisken-roost [--info FILE] CO
 Your Roost numbers on the desktop. Reads only; publishes nothing.
 
 Commands:
+  run      keep the numbers fresh until told to quit
+             --headless        without a tray icon and windows
+             --base-url URL    at this service, as for the next four
   sign-in  sign a profile in through the browser
-             --base-url URL    at this service, as for the next three
   accounts list the profiles, and who of them is signed in
   sign-out ID
            forget a profile here; Roost lists the connection until you end it there
@@ -165,6 +167,11 @@ std::expected<Command, QString> notifyFrom(const QCommandLineParser& parser)
     return NotifyCommand{kind->toStdString(), *std::move(locale), parser.isSet(QStringLiteral("wait"))};
 }
 
+std::expected<Command, QString> runFrom(const QCommandLineParser& parser)
+{
+    return RunCommand{valueOf(parser, QStringLiteral("base-url"))};
+}
+
 /// A command by its name: the options it takes, with a value and without, how many words may follow it, and
 /// how they become a command.
 struct Grammar {
@@ -176,6 +183,7 @@ struct Grammar {
 };
 
 const Grammar grammars[] = {
+    {QStringLiteral("run"), {QStringLiteral("base-url")}, {QStringLiteral("headless")}, 0, runFrom},
     {QStringLiteral("sign-in"), {QStringLiteral("base-url")}, {}, 0, signInFrom},
     {QStringLiteral("accounts"), {QStringLiteral("base-url")}, {}, 0, accountsFrom},
     {QStringLiteral("sign-out"), {QStringLiteral("base-url")}, {}, 1, signOutFrom},

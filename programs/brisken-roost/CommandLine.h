@@ -81,6 +81,13 @@ struct NotifyCommand {
     bool operator==(const NotifyCommand&) const = default;
 };
 
+/// `run`: the app itself.
+struct RunCommand {
+    std::optional<QString> baseURL;
+
+    bool operator==(const RunCommand&) const = default;
+};
+
 /// `--help` and `--version`: a text for standard output.
 struct PrintCommand {
     QString text;
@@ -90,6 +97,9 @@ struct PrintCommand {
 
 using Command = std::variant<StatusCommand, FetchCommand, SignInCommand, AccountsCommand, SignOutCommand,
                              SyncCommand, NotifyCommand, OpenCallbackCommand, PrintCommand>;
+};
+
+SyncCommand, RunCommand, OpenCallbackCommand, PrintCommand > ;
 
 struct CommandLine {
     Command command;

@@ -12,6 +12,7 @@
 #include "programs/brisken-roost/Machine.h"
 #include "programs/brisken-roost/NotifyCommand.h"
 #include "programs/brisken-roost/OpenCallbackCommand.h"
+#include "programs/brisken-roost/RunCommand.h"
 #include "programs/brisken-roost/SignInCommand.h"
 #include "programs/brisken-roost/SignOutCommand.h"
 #include "programs/brisken-roost/StatusCommand.h"
@@ -92,6 +93,15 @@ struct Run {
         }
         return QCoro::waitFor(runFetch(command, *std::move(token), WidgetAPI{*base, machine.session()},
                                        machine.store(), systemClock(), {}));
+    }
+
+    CommandResult operator()(const RunCommand& command) const
+    {
+        const auto base = machine.base(command.baseURL);
+        if (!base) {
+            return failed(ExitCode::usage, base.error());
+        }
+        return QCoro::waitFor(runCompanion(machine, *base, QProcessEnvironment::systemEnvironment()));
     }
 
     CommandResult operator()(const SignInCommand& command) const

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "app/SystemEvents.h"
+#include "app/TaskGroup.h"
+#include "app/WidgetTimelines.h"
+#include "bus/CrossProcessNotification.h"
+#include "bus/ModelAdaptor.h"
+#include "platform/CallbackInbox.h"
+#include "platform/CallbackReceiver.h"
+#include "platform/SystemWake.h"
+
+#include <QCoro/QCoroTask>
+#include <QProcessEnvironment>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stop_token>
+
+namespace roost {
+
+/// The running app among the other processes of the session: its name and model on the session bus, the
+/// callbacks of sign-ins, words from widgets and to them, the system's wake-ups. Goes on without a bus, and
+/// comes back to one that was gone. Main thread; outlives its tasks.
+class Presence final : public SystemEvents, public WidgetTimelines {
+public:
+    /// `inbox` outlives this.
+    Presence(QProcessEnvironment environment, CallbackInbox& inbox, Clock now);
+
+    /// Has `model` be found on the bus, as soon as there is one. `quit` is what others may ask for.
+    void show(AppModel& model, std::function<void()> quit);
+
+    /// Takes the name on the bus where there is one and it is free; nothing when that is so already. Bounded
+    /// in time.
+    QCoro::Task<void> appear();
+
+    /// Ends when nothing of this is under way any more.
+    QCoro::Task<void> quit();
+
+    /// Whether callbacks of the browser find their way here.
+    bool isReachable() const { return doors_.isOpen(); }
+
+    void observe(Observer observer) override;
+    std::unique_ptr<FolderWatcher> watch(std::filesystem::path folder,
+                                         std::function<void()> onChange) override;
+    void reloadAll() override;
+
+private:
+    QCoro::Task<void> takeTheName();
+    bool isThere() const;
+    void attach();
+
+    QProcessEnvironment environment_;
+    CallbackInbox& inbox_;
+    Clock now_;
+    std::unique_ptr<ModelAdaptor> adaptor_;
+    std::unique_ptr<CallbackReceiver> receiver_;
+    CallbackReceiver::Doors doors_;
+    bool isAppearing_ = false;
+    std::stop_source quitting_;
+    TaskGroup tasks_;
+    std::optional<Observer> observer_;
+    std::unique_ptr<CrossProcessNotification::Listener> listener_;
+    std::unique_ptr<SystemWake> wake_;
+};
+
+} // namespace roost

@@ -1,0 +1,116 @@
+#include "programs/brisken-roost/RunCommand.h"
+
+#include "app/AppModel.h"
+#include "model/Arrival.h"
+#include "platform/BootTimePause.h"
+#include "platform/BrowserAuthenticator.h"
+#include "platform/BrowserLauncher.h"
+#include "platform/DesktopNotifications.h"
+#include "platform/IniSettings.h"
+#include "platform/InstanceLock.h"
+#include "platform/SchemeHandler.h"
+#include "platform/SystemBootTime.h"
+#include "platform/TerminationSignals.h"
+#include "present/RoostL10n.h"
+#include "programs/brisken-roost/Presence.h"
+
+#include <QCoreApplication>
+
+namespace roost {
+
+namespace {
+
+/// The browser step of a sign-in in the running app.
+class AppBrowser final : public WebAuthenticating {
+public:
+    AppBrowser(FileSystem& files, const QProcessEnvironment& environment, CallbackInbox& inbox,
+               Presence& presence, BrowserOpener& opener)
+        : presence_(presence),
+          handler_(files, QCoreApplication::applicationFilePath().toStdString(), environment),
+          authenticator_({.opener = opener,
+                          .inbox = inbox,
+                          .reach = [this](std::stop_token stop) { return reach(std::move(stop)); },
+                          .fallback = [](const WebURL&, BrowserAuthenticator::Trouble) {}})
+    {
+    }
+
+    QCoro::Task<std::expected<std::string, RoostAuthError>> authenticate(WebURL url, QString callbackScheme,
+                                                                         std::stop_token stop) override
+    {
+        return authenticator_.authenticate(std::move(url), std::move(callbackScheme), std::move(stop));
+    }
+
+private:
+    QCoro::Task<bool> reach(std::stop_token stop)
+    {
+        auto appearing = presence_.appear();
+        co_await appearing;
+        auto claiming = handler_.claim(std::move(stop));
+        const SchemeHandler::Handler handler = co_await claiming;
+        co_return presence_.isReachable() && handler.kind == SchemeHandler::Handler::Kind::ours;
+    }
+
+    Presence& presence_;
+    SchemeHandler handler_;
+    BrowserAuthenticator authenticator_;
+};
+
+} // namespace
+
+QCoro::Task<CommandResult> runCompanion(Machine& machine, QUrl base, QProcessEnvironment environment)
+{
+    const InstanceLock instance{machine.store().directory() / "locks" / "app"};
+    if (instance.isTaken()) {
+        co_return CommandResult{ExitCode::fine, {}, "Brisken Roost is running already.\n"};
+    }
+    const AccountServices services = machine.services(base);
+    IniSettings settings{IniSettings::location()};
+    CallbackInbox inbox{"briskenroost"};
+    Presence presence{environment, inbox, services.now};
+    BrowserLauncher launcher{environment};
+    AppBrowser browser{machine.files(), environment, inbox, presence, launcher};
+    const auto open = [&launcher](const WebURL& url) { launcher.open(url, [](BrowserOpener::Trouble) {}); };
+    DesktopNotifications center{
+        sessionBusAddresses(environment),
+        QString::fromStdString(RoostL10n::bundle(RoostFormat::system().locale()).text("Open"))};
+    AppModel model{
+        {.store = machine.store(),
+         .baseURL = base,
+         .secrets = services.secrets,
+         .oauth = services.oauth,
+         .api = services.api,
+         .lock = services.lock,
+         .planner = {.freshness = std::chrono::hours(3)},
+         .ledgerStore = {machine.files(),
+                         AnnouncedLedgerStore::location(SharedContainer::UserFolders::fromEnvironment())},
+         .browser = browser,
+         .notifications = [&] { return std::make_unique<NotificationService>(center, settings, open); },
+         .settings = settings,
+         .events = presence,
+         .widgets = presence,
+         .loginItem = nullptr,
+         .open = open,
+         .now = services.now,
+         .bootTime = systemBootTime(),
+         .pause = pauseOnBootTime,
+         .randomBytes = PKCE::systemRandom,
+         .format = RoostFormat::system}};
+    const Arrival<bool> wanted;
+    const TerminationSignals signals{[wanted] { wanted.set(true); }};
+    presence.show(model, [wanted] { wanted.set(true); });
+    auto appearing = presence.appear();
+    co_await appearing;
+    model.start();
+    // A bus that was gone is looked for whenever there is something to do anyway.
+    QObject::connect(&model.state(), &AppState::isRefreshingChanged, &model.state(),
+                     [&presence] { presence.appear(); });
+    const auto coming = wanted.coming();
+    co_await coming;
+    auto quitting = model.quit();
+    co_await quitting;
+    auto leaving = presence.quit();
+    co_await leaving;
+    co_return CommandResult{};
+}
+
+} // namespace roost

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "programs/brisken-roost/CommandResult.h"
+#include "programs/brisken-roost/Machine.h"
+
+#include <QCoro/QCoroTask>
+#include <QProcessEnvironment>
+#include <QUrl>
+
+namespace roost {
+
+/// Runs the app until it is asked to quit: by another process over the bus, by a signal that says to end, by
+/// the end of the session. Ends at once, fine, where the app runs already.
+QCoro::Task<CommandResult> runCompanion(Machine& machine, QUrl base, QProcessEnvironment environment);
+
+} // namespace roost
