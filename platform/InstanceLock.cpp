@@ -15,10 +15,8 @@ constexpr ::mode_t ownerOnly = 0600;
 } // namespace
 
 InstanceLock::InstanceLock(const std::filesystem::path& file)
+    : descriptor_(::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, ownerOnly))
 {
-    std::error_code ignored;
-    std::filesystem::create_directories(file.parent_path(), ignored);
-    descriptor_ = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, ownerOnly);
     isTaken_ = descriptor_ >= 0 && ::flock(descriptor_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
 }
 

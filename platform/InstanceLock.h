@@ -8,7 +8,7 @@ namespace roost {
 /// long as this lives or the process does. Programs that are started from here do not inherit it.
 class InstanceLock {
 public:
-    /// Makes `file` and the folders above it where they are missing, and does not wait.
+    /// Makes `file` where it is missing, in a folder that is there, and does not wait.
     explicit InstanceLock(const std::filesystem::path& file);
     ~InstanceLock();
     InstanceLock(const InstanceLock&) = delete;

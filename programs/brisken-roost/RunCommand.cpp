@@ -59,7 +59,9 @@ private:
 
 QCoro::Task<CommandResult> runCompanion(Machine& machine, QUrl base, QProcessEnvironment environment)
 {
-    const InstanceLock instance{machine.store().directory() / "locks" / "app"};
+    const std::filesystem::path locks = machine.store().directory() / "locks";
+    static_cast<void>(machine.files().makeFolders(locks));
+    const InstanceLock instance{locks / "app"};
     if (instance.isTaken()) {
         co_return CommandResult{ExitCode::fine, {}, "Brisken Roost is running already.\n"};
     }
