@@ -1,5 +1,6 @@
 #include "platform/InstanceLock.h"
 
+#include "tests/support/Poll.h"
 #include "tests/support/ScratchFolder.h"
 
 #include <gmock/gmock.h>
@@ -56,7 +57,7 @@ TEST_F(InstanceLockTest, IsNotInheritedByProgramsThatAreStarted)
         ::_exit(1);
     }
     held.reset();
-    EXPECT_FALSE(InstanceLock{file}.isTaken());
+    poll("the lock to be free", [this] { return !InstanceLock{file}.isTaken(); });
     ::kill(child, SIGKILL);
     ::waitpid(child, nullptr, 0);
 }
