@@ -72,9 +72,9 @@ QCoro::Task<> NotificationService::deliver(std::vector<PlannedEvent> events, Roo
 
 QCoro::Task<> NotificationService::askForPermission()
 {
-    auto looking = center_->authorization(patience);
+    auto looking = center_->authorization(patience_);
     if (co_await looking == Authorization::notDetermined) {
-        auto asking = center_->requestAuthorization(patience);
+        auto asking = center_->requestAuthorization(patience_);
         co_await asking;
     }
 }

@@ -96,10 +96,7 @@ struct PrintCommand {
 };
 
 using Command = std::variant<StatusCommand, FetchCommand, SignInCommand, AccountsCommand, SignOutCommand,
-                             SyncCommand, NotifyCommand, OpenCallbackCommand, PrintCommand>;
-};
-
-SyncCommand, RunCommand, OpenCallbackCommand, PrintCommand > ;
+                             SyncCommand, NotifyCommand, RunCommand, OpenCallbackCommand, PrintCommand>;
 
 struct CommandLine {
     Command command;
