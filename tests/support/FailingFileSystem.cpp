@@ -44,10 +44,13 @@ void FailingFileSystem::failEvery(Operation operation, std::error_code error)
     alwaysError_ = error;
 }
 
+void FailingFileSystem::failAll(std::error_code error) { allError_ = error; }
+
 void FailingFileSystem::recover()
 {
     failing_.reset();
     always_.reset();
+    allError_.clear();
 }
 
 std::error_code FailingFileSystem::fault(Operation operation)
@@ -56,6 +59,18 @@ std::error_code FailingFileSystem::fault(Operation operation)
     seen_.push_back(operation);
     if (beforeEach_) {
         beforeEach_(before);
+    }
+    const std::error_code failed = wanted(operation, before);
+    if (failed) {
+        ++failures_;
+    }
+    return failed;
+}
+
+std::error_code FailingFileSystem::wanted(Operation operation, std::size_t before) const
+{
+    if (allError_) {
+        return allError_;
     }
     if (failing_ == before) {
         return onceError_;

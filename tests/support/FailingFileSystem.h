@@ -23,6 +23,9 @@ public:
     /// From now on every `operation` fails with `error`.
     void failEvery(Operation operation, std::error_code error);
 
+    /// From now on every operation fails with `error`.
+    void failAll(std::error_code error);
+
     /// No more failures.
     void recover();
 
@@ -31,6 +34,9 @@ public:
 
     /// Every operation so far, failed ones too.
     const std::vector<Operation>& seen() const { return seen_; }
+
+    /// How many of them failed because a test wanted it.
+    std::size_t failures() const { return failures_; }
 
     std::error_code makeFolders(const std::filesystem::path& folder) override;
     std::expected<std::string, std::error_code> read(const std::filesystem::path& file,
@@ -46,6 +52,7 @@ private:
 
     /// Notes the operation and says whether it has to fail.
     std::error_code fault(Operation operation);
+    std::error_code wanted(Operation operation, std::size_t before) const;
 
     FileSystem& behind_;
     std::vector<Operation> seen_;
@@ -54,6 +61,8 @@ private:
     std::error_code onceError_;
     std::optional<Operation> always_;
     std::error_code alwaysError_;
+    std::error_code allError_;
+    std::size_t failures_ = 0;
 };
 
 } // namespace roost::test

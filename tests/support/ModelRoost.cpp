@@ -16,6 +16,16 @@ std::string valueIn(const QByteArray& form, const QString& name)
     return QUrlQuery(QString::fromUtf8(form)).queryItemValue(name, QUrl::FullyDecoded).toStdString();
 }
 
+std::string bearerOf(const HttpRequest& request)
+{
+    for (const auto& [name, value] : request.headers) {
+        if (name == "Authorization") {
+            return value.mid(7).toStdString();
+        }
+    }
+    return "";
+}
+
 HttpResult refusal(const std::string& error) { return response(400, R"({"error":")" + error + R"("})"); }
 
 std::string refreshToken(std::size_t grant, int serial)
@@ -78,6 +88,24 @@ bool ModelRoost::isAlive(const std::string& token) const
     return false;
 }
 
+bool ModelRoost::isUsedUp(const std::string& token) const
+{
+    std::size_t grant = 0;
+    int serial = 0;
+    return std::sscanf(token.c_str(), "refresh-%zu-%d", &grant, &serial) == 2 && grant < grants_.size() &&
+           !grants_[grant].isRevoked && serial < grants_[grant].serial;
+}
+
+std::optional<std::string> ModelRoost::profileOf(const HttpRequest& request) const
+{
+    const std::string token = valueIn(request.body, QStringLiteral("refresh_token")) + bearerOf(request);
+    std::size_t grant = 0;
+    const bool isKnown = (std::sscanf(token.c_str(), "refresh-%zu-", &grant) == 1 ||
+                          std::sscanf(token.c_str(), "access-%zu-", &grant) == 1) &&
+                         grant < grants_.size();
+    return isKnown ? std::optional{grants_[grant].profileId} : std::nullopt;
+}
+
 std::string ModelRoost::grant(const std::string& profileId)
 {
     grants_.push_back({profileId});
@@ -93,7 +121,7 @@ QCoro::Task<HttpResult> ModelRoost::answer(HttpRequest request, std::stop_token 
 {
     auto travelling = time_->pause()(latency() / 2, stop);
     co_await travelling;
-    HttpResult result = answerNow(request);
+    HttpResult result = onAnswer(request, answerNow(request));
     auto comingBack = time_->pause()(latency() / 2, stop);
     co_await comingBack;
     co_return result;
@@ -147,8 +175,8 @@ HttpResult ModelRoost::token(const HttpRequest& request)
         return refusal("invalid_grant");
     }
     Grant& found = grants_[grant];
-    if (serial != found.serial) {
-        ++reuses_;
+    if (serial != found.serial && !found.isRevoked) {
+        reused_.push_back(given);
         found.isRevoked = true;
     }
     if (found.isRevoked) {
@@ -162,21 +190,15 @@ HttpResult ModelRoost::tokensOf(std::size_t grant)
 {
     const std::string access =
         "access-" + std::to_string(grant) + "-" + std::to_string(grants_[grant].serial);
-    accessTokens_[access] = {grant, time_->now() + tokenLifetime};
+    accessTokens_[access] = {grant, time_->bootTime()() + tokenLifetime};
     return response(200, R"({"token_type":"Bearer","expires_in":3600,"access_token":")" + access +
                              R"(","refresh_token":")" + refreshToken(grant, grants_[grant].serial) + R"("})");
 }
 
 HttpResult ModelRoost::widget(const HttpRequest& request)
 {
-    QByteArray token;
-    for (const auto& [name, value] : request.headers) {
-        if (name == "Authorization") {
-            token = value.mid(7);
-        }
-    }
-    const auto found = accessTokens_.find(token.toStdString());
-    const bool isGood = found != accessTokens_.end() && found->second.second > time_->now() &&
+    const auto found = accessTokens_.find(bearerOf(request));
+    const bool isGood = found != accessTokens_.end() && found->second.second > time_->bootTime()() &&
                         !grants_[found->second.first].isRevoked;
     if (!isGood) {
         requests_.emplace_back("widget");

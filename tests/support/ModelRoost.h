@@ -37,6 +37,9 @@ public:
 
     /// What every request meets from now on; nothing for a service that works. The token endpoint too.
     std::function<std::optional<HttpResult>(const HttpRequest&)> trouble;
+    /// Called with every answer when it is made; what comes of it on its way back.
+    std::function<HttpResult(const HttpRequest&, HttpResult)> onAnswer =
+        [](const HttpRequest&, HttpResult result) { return result; };
     /// How long the next answer takes.
     std::function<std::chrono::milliseconds()> latency = [] { return std::chrono::milliseconds{0}; };
 
@@ -46,6 +49,10 @@ public:
     void expire(const std::string& profileId);
     /// Whether a grant of the profile is alive whose refresh token is `token`.
     bool isAlive(const std::string& token) const;
+    /// Whether `token` was good once and has been replaced by another one since, whose grant is alive.
+    bool isUsedUp(const std::string& token) const;
+    /// Whose tokens a request carries, good ones or not; nothing when it carries none.
+    std::optional<std::string> profileOf(const HttpRequest& request) const;
 
     /// A fresh pair of tokens for the profile, as from a sign-in; the refresh token.
     std::string grant(const std::string& profileId);
@@ -54,8 +61,9 @@ public:
     const std::vector<std::string>& requests() const { return requests_; }
     std::size_t count(const std::string& request) const;
     void forgetRequests() { requests_.clear(); }
-    /// How often a refresh token came a second time.
-    std::size_t reuses() const { return reuses_; }
+    /// The refresh tokens that came a second time, and so ended their grants.
+    const std::vector<std::string>& reused() const { return reused_; }
+    std::size_t reuses() const { return reused_.size(); }
 
     /// A browser whose user signs in to `profileOfNextSignIn`, or says no.
     class Browser final : public WebAuthenticating {
@@ -92,10 +100,10 @@ private:
 
     VirtualTime* time_;
     std::vector<Grant> grants_;
-    /// By access token, and until when.
-    std::map<std::string, std::pair<std::size_t, Date>> accessTokens_;
+    /// By access token, and until when: the service has a clock of its own, which nobody sets.
+    std::map<std::string, std::pair<std::size_t, std::chrono::milliseconds>> accessTokens_;
     std::vector<std::string> requests_;
-    std::size_t reuses_ = 0;
+    std::vector<std::string> reused_;
     InProcessHttpSession session_;
 };
 

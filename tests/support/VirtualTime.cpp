@@ -3,6 +3,7 @@
 #include <QAbstractEventDispatcher>
 
 #include <cmath>
+#include <utility>
 
 namespace roost::test {
 
@@ -16,14 +17,32 @@ void deliverEvents()
 void VirtualTime::advance(std::chrono::milliseconds time)
 {
     const std::chrono::milliseconds end = sinceBoot_ + time;
-    deliverEvents();
-    while (!pauses_.empty() && pauses_.begin()->first <= end) {
-        const auto due = pauses_.extract(pauses_.begin());
-        moveTo(std::max(due.key(), sinceBoot_));
-        due.mapped().set(true);
-        deliverEvents();
+    while (step(end - sinceBoot_)) {
     }
-    moveTo(end);
+}
+
+bool VirtualTime::step(std::chrono::milliseconds time)
+{
+    const std::chrono::milliseconds end = sinceBoot_ + time;
+    deliverEvents();
+    if (pauses_.empty() || pauses_.begin()->first > end) {
+        moveTo(end);
+        return false;
+    }
+    const auto due = pauses_.extract(pauses_.begin());
+    moveTo(std::max(due.key(), sinceBoot_));
+    due.mapped().set(true);
+    deliverEvents();
+    return true;
+}
+
+void VirtualTime::hurry()
+{
+    deliverEvents();
+    for (const auto& [end, over] : std::exchange(pauses_, {})) {
+        over.set(true);
+    }
+    deliverEvents();
 }
 
 void VirtualTime::moveTo(std::chrono::milliseconds sinceBoot)

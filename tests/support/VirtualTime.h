@@ -37,6 +37,17 @@ public:
     /// it happens before the next one does. Zero delivers what waits to be delivered.
     void advance(std::chrono::milliseconds time);
 
+    /// Goes on to the next moment at which a pause ends, and no further than `time` from now. Whether one
+    /// ended.
+    bool step(std::chrono::milliseconds time);
+
+    /// Lets so much time pass while the machine sleeps: nothing happens in it, and what was due then is due
+    /// now.
+    void sleep(std::chrono::milliseconds time) { moveTo(sinceBoot_ + time); }
+
+    /// Ends every pause that is on, without any time passing, and delivers what follows from it.
+    void hurry();
+
     /// Sets the clock that people read, and nothing else.
     void setClock(Date now) { now_ = now; }
 
