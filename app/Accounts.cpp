@@ -1,89 +1,16 @@
 #include "app/Accounts.h"
 
 #include "model/RoostLog.h"
-#include "service/RefreshTokenKeeper.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace roost {
-
-namespace {
-
-using Status = RoostAccountRecord::Status;
-
-std::string keyOf(const std::string& profileId) { return std::string{refreshTokenPrefix} + profileId; }
-
-} // namespace
 
 Accounts::Accounts(AppState& state, Announcements& announcements, Parts parts)
     : state_{&state},
       announcements_{&announcements},
       parts_{std::move(parts)}
 {
-}
-
-std::optional<Date> Accounts::loadRecords()
-{
-    std::optional<RoostStoreFile> file = parts_.store.read();
-    isWithheld_ = !file && parts_.store.isWithheld();
-    if (!file) {
-        return std::nullopt;
-    }
-    state_->setAccounts(std::move(file->accounts));
-    return file->writtenAt;
-}
-
-QCoro::Task<void> Accounts::loadSignedIn()
-{
-    while (!isTold_) {
-        const std::uint64_t changes = changes_;
-        auto asking = parts_.secrets.keys(std::string{refreshTokenPrefix});
-        const auto keys = co_await asking;
-        if (!keys) {
-            trustRecords();
-            co_return;
-        }
-        // What was told is from before a sign-in or a sign-out of this program.
-        if (changes == changes_) {
-            isTold_ = true;
-            follow(*keys);
-            persist(Reload::yes);
-        }
-    }
-}
-
-/// Until the store tells otherwise, who was signed in still is: the sessions find out.
-void Accounts::trustRecords()
-{
-    for (const RoostAccountRecord& record : state_->accounts()) {
-        if (record.status == Status::ok) {
-            sessionMade(record.profileId);
-        }
-    }
-}
-
-/// Has records and sessions follow what the store holds.
-void Accounts::follow(const std::vector<std::string>& keys)
-{
-    std::vector<RoostAccountRecord> records = state_->accounts();
-    for (RoostAccountRecord& record : records) {
-        // A session that is there already knows better: its token may be one that the store did not take.
-        const bool isKept = std::ranges::find(keys, keyOf(record.profileId)) != keys.end();
-        if (!isKept && !sessions_.contains(record.profileId)) {
-            record.status = Status::signedOut;
-        }
-    }
-    for (const std::string& key : keys) {
-        const std::string profileId = key.substr(refreshTokenPrefix.size());
-        auto record = std::ranges::find(records, profileId, &RoostAccountRecord::profileId);
-        if (record == records.end()) {
-            record = records.insert(record, {.profileId = profileId, .profileName = parts_.unnamed()});
-        }
-        record->status = Status::ok;
-        sessionMade(profileId);
-    }
-    state_->setAccounts(std::move(records));
 }
 
 Accounts::Session Accounts::session(const std::string& profileId) const
@@ -141,7 +68,7 @@ void Accounts::apply(SyncOutcome::Any outcome, const Attempt& attempt)
             return;
         }
         qCWarning(RoostLog::sync, "refresh: Roost ended this authorization, profile signed out");
-        sessions_.erase(profileId);
+        dismiss(session);
     } else {
         qCInfo(RoostLog::sync, "refresh: updated");
     }
@@ -154,6 +81,7 @@ void Accounts::welcome(RoostSnapshot snapshot)
     if (const RoostAccountRecord* const known = state_->account(record.profileId)) {
         record = *known;
     }
+    gone_.erase(record.profileId);
     signIns_[record.profileId] = ++changes_;
     fold(std::move(record), SyncOutcome::Updated{std::move(snapshot)}, Tell::no);
 }
@@ -179,7 +107,8 @@ QCoro::Task<void> Accounts::signOut(std::string profileId)
     const Session session = sessionMade(profileId);
     // At once, so that whatever comes meanwhile, a new sign-in among it, finds the profile gone.
     ++changes_;
-    sessions_.erase(profileId);
+    gone_.insert(profileId);
+    dismiss(session);
     std::vector<RoostAccountRecord> records = state_->accounts();
     std::erase_if(records, [&](const auto& record) { return record.profileId == profileId; });
     state_->setAccounts(std::move(records));
@@ -225,28 +154,29 @@ void Accounts::persist(Reload reload)
     }
 }
 
-/// Takes up the records of a file that could not be read before.
-void Accounts::recover()
+/// The session serves nobody any more, but what it is doing may go on for a while.
+void Accounts::dismiss(const Session& session)
 {
-    isWithheld_ = parts_.store.isWithheld();
-    std::optional<RoostStoreFile> file = isWithheld_ ? std::nullopt : parts_.store.read();
-    if (!file) {
-        return;
-    }
-    for (RoostAccountRecord& record : file->accounts) {
-        if (state_->account(record.profileId) == nullptr) {
-            state_->setAccount(std::move(record));
-        }
-    }
+    sessions_.erase(session->profileId());
+    std::erase_if(former_, [](const auto& former) { return former.expired(); });
+    former_.push_back(session);
 }
 
 QCoro::Task<void> Accounts::quit()
 {
-    const std::map<std::string, Session> sessions = sessions_;
-    for (const auto& [profileId, session] : sessions) {
+    std::vector<Session> sessions;
+    for (const auto& [profileId, session] : sessions_) {
+        sessions.push_back(session);
+    }
+    for (const auto& former : former_) {
+        if (Session session = former.lock()) {
+            sessions.push_back(std::move(session));
+        }
+    }
+    for (const Session& session : sessions) {
         session->quit();
     }
-    for (const auto& [profileId, session] : sessions) {
+    for (const Session& session : sessions) {
         auto settling = session->settled();
         co_await settling;
         auto saving = session->saveUnsaved();

@@ -104,15 +104,21 @@ private:
     void follow(const std::vector<std::string>& keys);
     void fold(RoostAccountRecord record, SyncOutcome::Any outcome, Tell tell);
     void recover();
+    void takeUp(RoostAccountRecord record);
+    void dismiss(const Session& session);
 
     AppState* state_;
     Announcements* announcements_;
     Parts parts_;
     std::map<std::string, Session> sessions_;
+    /// Of profiles that were signed out, as long as they are doing something.
+    std::vector<std::weak_ptr<AccountSession>> former_;
     /// Of profiles whose token may still be in the store although they are signed out.
     std::set<Session> unforgotten_;
     /// Whether the secret store has said who is signed in.
     bool isTold_ = false;
+    /// The profiles that the user signed out here, and that have not signed in since.
+    std::set<std::string> gone_;
     /// Raised whenever a profile signs in or out here.
     std::uint64_t changes_ = 0;
     /// When each profile last signed in here, in `changes_`.

@@ -29,12 +29,7 @@ void Announcements::deliver(std::vector<PlannedEvent> events, RoostSnapshot snap
     }
 }
 
-void Announcements::askForPermission()
-{
-    if (!stopping_.stop_requested()) {
-        tasks_.add(service().askForPermission());
-    }
-}
+void Announcements::askForPermission() { tasks_.add(service().askForPermission()); }
 
 QCoro::Task<void> Announcements::quit()
 {

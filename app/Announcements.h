@@ -51,7 +51,8 @@ public:
     /// Has them delivered in their order, after those that are on their way. `snapshot` brought them.
     void deliver(std::vector<PlannedEvent> events, RoostSnapshot snapshot);
 
-    /// Asks the user for the permission to notify where that was never asked. In its own time.
+    /// Asks the user for the permission to notify where that was never asked. In its own time. Not after
+    /// `quit`.
     void askForPermission();
 
     /// Ends when nothing is being delivered any more; what has not begun by then is left out.

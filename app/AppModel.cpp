@@ -133,6 +133,9 @@ QCoro::Task<void> AppModel::signIn() { return tasks_.add(signInAndSelect()); }
 
 QCoro::Task<void> AppModel::signInAndSelect()
 {
+    if (quitting_.stop_requested()) {
+        co_return;
+    }
     auto signing = signIn_.run(quitting_.get_token());
     const std::optional<std::string> profileId = co_await signing;
     if (!profileId) {
@@ -143,7 +146,9 @@ QCoro::Task<void> AppModel::signInAndSelect()
     applyLoginDefaultOnce();
     state_.setSignInState(SignInState::Idle{});
     qCInfo(RoostLog::auth, "sign-in finished");
-    announcements_.askForPermission();
+    if (!quitting_.stop_requested()) {
+        announcements_.askForPermission();
+    }
 }
 
 QCoro::Task<void> AppModel::signOut(std::string profileId)
@@ -198,6 +203,9 @@ QCoro::Task<void> AppModel::quit()
     co_await ending;
     auto delivering = announcements_.quit();
     co_await delivering;
+    // Nobody signs in any more, but somebody may have been signed out meanwhile.
+    auto signingOut = tasks_.settled();
+    co_await signingOut;
 }
 
 /// On the first sign-in ever the app comes to stay; what the user chooses later is never overridden.

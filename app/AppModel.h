@@ -84,7 +84,7 @@ public:
     void noticeRefreshNote();
 
     /// Signs a profile in through the browser. What comes of it is published; a second call meanwhile does
-    /// nothing.
+    /// nothing, nor does one after `quit`.
     QCoro::Task<void> signIn();
 
     /// Forgets the profile here. Cannot fail.

@@ -36,6 +36,11 @@ QCoro::Task<std::optional<std::string>> SignIn::run(std::stop_token stop)
     const std::string profileId = result->snapshot.profile.id;
     auto adopting = accounts_->adopt(profileId, std::move(result->tokens));
     co_await adopting;
+    if (!accounts_->session(profileId)) {
+        // The user signed the profile out again while its token was being stored.
+        state_->setSignInState(SignInState::Idle{});
+        co_return std::nullopt;
+    }
     accounts_->welcome(std::move(result->snapshot));
     co_return std::optional{profileId};
 }

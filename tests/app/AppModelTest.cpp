@@ -244,6 +244,22 @@ TEST_F(AppModelTest, RefreshesOnceForOneRequestOfAWidgetHoweverItHears)
     EXPECT_THAT(widgetRequests(), ElementsAre("widget p1"));
 }
 
+TEST_F(AppModelTest, TakesASignalFromBeforeTheFileForDone)
+{
+    signInBefore("p1");
+    store.write({.writtenAt = time.now() - 1min, .accounts = {}});
+    start();
+    time.advance(100s);
+    widgetRequests();
+    events.observer.refreshRequested(time.now() - 100s - 2min);
+    time.advance(0s);
+    EXPECT_THAT(widgetRequests(), IsEmpty());
+
+    events.observer.refreshRequested(time.now() - 100s - 30s);
+    time.advance(0s);
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p1"));
+}
+
 TEST_F(AppModelTest, HearsARequestThatCouldNotBeWritten)
 {
     signInBefore("p1");
@@ -266,6 +282,17 @@ TEST_F(AppModelTest, TakesARequestFromBeforeItsStartForItsFirstCycle)
     start();
     events.folderChanged();
     time.advance(299s);
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p1"));
+}
+
+TEST_F(AppModelTest, HearsARequestThatCameBeforeTheFolderWasWatched)
+{
+    signInBefore("p1");
+    events.onWatch = [this] { RefreshSignal::request(store, time.now(), [](Date) {}); };
+    start();
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p1"));
+
+    time.advance(1s);
     EXPECT_THAT(widgetRequests(), ElementsAre("widget p1"));
 }
 
@@ -348,6 +375,30 @@ TEST_F(AppModelTest, QuitsInTheMidstOfARefreshWithItsTokenStored)
 
     EXPECT_TRUE(roost.isAlive(stored("p1")));
     EXPECT_EQ(roost.reuses(), 0U);
+}
+
+TEST_F(AppModelTest, WatchesTheFolderUntilItQuits)
+{
+    start();
+    EXPECT_TRUE(events.folderChanged);
+    EXPECT_EQ(events.watched, store.directory());
+    const Pending<void> ending{app().quit()};
+
+    EXPECT_FALSE(events.folderChanged);
+    quit();
+}
+
+TEST_F(AppModelTest, LeavesARefreshThatItCutsShortOutOfTheRecords)
+{
+    signInBefore("p1");
+    start();
+    const RoostAccountRecord before = *record("p1");
+    roost.latency = [] { return 20s; };
+    time.advance(305s);
+    quit();
+
+    EXPECT_EQ(record("p1"), before);
+    EXPECT_FALSE(log.saw(u"refresh: failed"));
 }
 
 TEST_F(AppModelTest, SkipsWhoeverSignsOutDuringTheCycle)

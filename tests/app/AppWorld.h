@@ -22,9 +22,12 @@ namespace roost::test {
 class ScriptedSystemEvents final : public SystemEvents {
 public:
     Observer observer;
+    /// Nothing while nobody watches.
     std::function<void()> folderChanged;
     std::filesystem::path watched;
     int observed = 0;
+    /// Called when the folder is about to be watched.
+    std::function<void()> onWatch = [] {};
 
     void observe(Observer next) override
     {
@@ -34,10 +37,23 @@ public:
     std::unique_ptr<FolderWatcher> watch(std::filesystem::path folder,
                                          std::function<void()> onChange) override
     {
+        onWatch();
         watched = std::move(folder);
         folderChanged = std::move(onChange);
-        return std::make_unique<FolderWatcher>();
+        return std::make_unique<Watcher>(*this);
     }
+
+private:
+    class Watcher final : public FolderWatcher {
+    public:
+        explicit Watcher(ScriptedSystemEvents& events) : events_{&events} {}
+        Watcher(const Watcher&) = delete;
+        Watcher& operator=(const Watcher&) = delete;
+        ~Watcher() override { events_->folderChanged = {}; }
+
+    private:
+        ScriptedSystemEvents* events_;
+    };
 };
 
 class CountingTimelines final : public WidgetTimelines {
@@ -61,13 +77,27 @@ public:
     }
 };
 
-/// Nobody else refreshes.
-class FreeRefreshLock final : public RefreshLock {
+/// Free, unless another process refreshes.
+class OthersRefreshLock final : public RefreshLock {
 public:
+    /// Another process has the lock until `release`, for which one may wait here.
+    void hold() { held_.emplace(); }
+    /// Who asks from now on gets it before the one that waits.
+    void letPass() { isPassing_ = true; }
+    void release() { std::exchange(held_, std::nullopt)->set(true); }
+
     QCoro::Task<std::unique_ptr<Held>> acquire(std::string, std::stop_token) override
     {
+        if (held_ && !isPassing_) {
+            const auto coming = held_->coming();
+            co_await coming;
+        }
         co_return std::make_unique<Held>();
     }
+
+private:
+    std::optional<Arrival<bool>> held_;
+    bool isPassing_ = false;
 };
 
 /// A machine with the app on it: everything that outlives a run of the program, and the run itself. All in
@@ -108,7 +138,7 @@ public:
     InMemorySecretStore secrets;
     ModelRoost roost{time};
     ModelRoost::Browser browser{roost};
-    FreeRefreshLock lock;
+    OthersRefreshLock lock;
     ScriptedSystemEvents events;
     CountingTimelines widgets;
     ScriptedLoginItem loginItem;

@@ -83,6 +83,7 @@ TEST_F(SignInTest, ReplacesTheRecordOfAProfileThatSignsInAgain)
     signIn("p2");
     EXPECT_EQ(state().selectedProfileID(), "p2");
     roost.profiles.at("p1").best->views = 5000;
+    roost.profiles.at("p1").followers->total = 150;
     signIn("p1");
 
     ASSERT_EQ(state().accounts().size(), 2U);
@@ -92,6 +93,8 @@ TEST_F(SignInTest, ReplacesTheRecordOfAProfileThatSignsInAgain)
     time.advance(300s);
     EXPECT_THAT(center.added, IsEmpty());
     EXPECT_TRUE(ledger().entries.contains("p1|milestone:x|the best:1000"));
+    // Known, though it is not told, as it would be after any refresh.
+    EXPECT_TRUE(ledger().entries.contains("p1|followers:150"));
 }
 
 TEST_F(SignInTest, BringsBackAProfileWhoseAuthorizationHadEnded)
@@ -253,6 +256,49 @@ TEST_F(SignInTest, IsNotUndoneByNumbersThatWereOnTheirWayBefore)
     EXPECT_EQ(state().accounts()[0].snapshot, newer);
 }
 
+TEST_F(SignInTest, IsUndoneByASignOutWhileItsTokenIsBeingStored)
+{
+    lock.hold();
+    signIn("p1");
+    EXPECT_TRUE(isInProgress());
+    app().signOut("p1");
+    lock.release();
+    time.advance(100s);
+
+    EXPECT_TRUE(isIdle());
+    EXPECT_THAT(state().accounts(), IsEmpty());
+    EXPECT_EQ(stored("p1"), "");
+    EXPECT_EQ(state().selectedProfileID(), std::nullopt);
+}
+
+TEST_F(SignInTest, IsNotTakenUpWhileTheProgramQuits)
+{
+    signIn("p1");
+    roost.latency = [] { return 40s; };
+    app().requestRefresh();
+    time.advance(2s);
+    const Pending<void> ending{app().quit()};
+    signIn("p2");
+    quit();
+
+    EXPECT_EQ(browser.opened, 1);
+    EXPECT_EQ(stored("p2"), "");
+}
+
+TEST_F(SignInTest, IsFinishedByAProgramThatQuitsOnceItHasTheTokens)
+{
+    center.authorized = NotificationCenter::Authorization::notDetermined;
+    lock.hold();
+    signIn("p1");
+    const Pending<void> ending{app().quit()};
+    lock.release();
+    quit();
+
+    EXPECT_TRUE(roost.isAlive(stored("p1")));
+    EXPECT_TRUE(record("p1").has_value());
+    EXPECT_THAT(center.calls, IsEmpty());
+}
+
 class SignOutTest : public SignInTest {};
 
 TEST_F(SignOutTest, ForgetsTheProfileAndSelectsTheFirstThatIsLeft)
@@ -328,6 +374,8 @@ TEST_F(SignOutTest, DropsWhatARefreshBringsMeanwhile)
 
     EXPECT_FALSE(record("p1").has_value());
     EXPECT_EQ(stored("p1"), "");
+    // Nobody is told that the service has ended what the user ended.
+    EXPECT_FALSE(log.saw(u"refresh: Roost ended this authorization"));
 }
 
 } // namespace
