@@ -267,6 +267,79 @@ TEST_F(RefreshLoopTest, WaitsForARequestedCycleThatRunsWhenItsTimeComes)
     EXPECT_THAT(began, ElementsAre(0s, 290s, 380s));
 }
 
+TEST_F(RefreshLoopTest, KeepsItsOwnTimeThoughARequestedCycleFailed)
+{
+    loop->startLoop();
+    time.advance(298s);
+    outcomes = {SyncOutcome::Failed{{SyncReason::Kind::unavailable, 200.0}}};
+    loop->requestRefresh();
+    time.advance(2s);
+
+    EXPECT_THAT(began, ElementsAre(0s, 298s, 300s));
+}
+
+TEST_F(RefreshLoopTest, GoesOnAtOnceAfterASleepInWhichItWasDue)
+{
+    loop->startLoop();
+    time.advance(100s);
+    time.sleep(199s);
+    time.advance(0s);
+    EXPECT_THAT(began, ElementsAre(0s));
+
+    time.sleep(1000s);
+    time.advance(299s);
+    EXPECT_THAT(began, ElementsAre(0s, 1299s));
+}
+
+TEST_F(RefreshLoopTest, LetsACallerWaitForFreshNumbers)
+{
+    loop->startLoop();
+    time.advance(100s);
+    hold();
+    const test::Pending<void> waiting{loop->refreshed()};
+    time.advance(5s);
+    EXPECT_FALSE(waiting.isDone());
+
+    release();
+    EXPECT_TRUE(waiting.isDone());
+    EXPECT_THAT(began, ElementsAre(0s, 100s));
+}
+
+TEST_F(RefreshLoopTest, LetsACallerWaitForTheCycleAfterTheOneThatRuns)
+{
+    hold();
+    loop->startLoop();
+    const test::Pending<void> waiting{loop->refreshed()};
+    release();
+    time.advance(999ms);
+    EXPECT_FALSE(waiting.isDone());
+
+    time.advance(1ms);
+    EXPECT_TRUE(waiting.isDone());
+    EXPECT_THAT(began, ElementsAre(0s, 1s));
+}
+
+TEST_F(RefreshLoopTest, LetsNobodyWaitForACycleThatWasOverAMomentAgo)
+{
+    loop->startLoop();
+    time.advance(1s);
+    const test::Pending<void> waiting{loop->refreshed()};
+
+    EXPECT_TRUE(waiting.isDone());
+    EXPECT_THAT(began, ElementsAre(0s));
+}
+
+TEST_F(RefreshLoopTest, LetsNobodyWaitForACycleThatNeverComes)
+{
+    hold();
+    loop->startLoop();
+    const test::Pending<void> waiting{loop->refreshed()};
+    loop->stop();
+    time.advance(0s);
+
+    EXPECT_TRUE(waiting.isDone());
+}
+
 TEST_F(RefreshLoopTest, WritesBeforeItSaysThatItIsDone)
 {
     hold();
