@@ -256,6 +256,20 @@ TEST_F(SignInTest, IsNotUndoneByNumbersThatWereOnTheirWayBefore)
     EXPECT_EQ(state().accounts()[0].snapshot, newer);
 }
 
+TEST_F(SignInTest, KeepsTheClientThatItsTokensWereMadeFor)
+{
+    secrets.unavailable = SecretsUnavailable{SecretsUnavailable::Why::noService};
+    browser.hesitation = 10s;
+    signIn("p1");
+    time.advance(5s);
+    secrets.unavailable.reset();
+    time.advance(5s);
+
+    EXPECT_TRUE(isIdle());
+    EXPECT_EQ(secrets.values["client-id|https://roost.test"], "client");
+    EXPECT_TRUE(roost.isAlive(stored("p1")));
+}
+
 TEST_F(SignInTest, IsUndoneByASignOutWhileItsTokenIsBeingStored)
 {
     lock.hold();
