@@ -228,6 +228,20 @@ TEST_F(RefreshLoopTest, FollowsARequestedCycleAsWell)
     EXPECT_THAT(began, ElementsAre(0s, 100s, 106s, 406s));
 }
 
+TEST_F(RefreshLoopTest, DoesNotPutItsOwnTimeOffForAPromise)
+{
+    loop->startLoop();
+    time.advance(298s);
+    hold();
+    loop->requestRefresh();
+    time.advance(1500ms);
+    loop->requestRefresh();
+    release();
+    time.advance(500ms);
+
+    EXPECT_THAT(began, ElementsAre(0s, 298s, 300s));
+}
+
 TEST_F(RefreshLoopTest, FollowsSoonThoughTheCycleHasJustBegun)
 {
     hold();
