@@ -35,4 +35,11 @@ QCoro::Task<QDBusMessage> callBusDaemon(QDBusConnection connection, QString meth
     co_return answer;
 }
 
+void answerOnBus(const QDBusConnection& connection, const QDBusMessage& call, const QDBusMessage& answer)
+{
+    if (call.isReplyRequired()) {
+        connection.send(answer);
+    }
+}
+
 } // namespace roost

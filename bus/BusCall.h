@@ -24,4 +24,7 @@ QCoro::Task<QDBusMessage> callOnBus(QDBusConnection connection, QDBusMessage cal
 QCoro::Task<QDBusMessage> callBusDaemon(QDBusConnection connection, QString method, QVariantList arguments,
                                         std::chrono::milliseconds timeout, std::stop_token stop = {});
 
+/// Sends `answer` to whoever made `call`, unless no answer is wanted.
+void answerOnBus(const QDBusConnection& connection, const QDBusMessage& call, const QDBusMessage& answer);
+
 } // namespace roost

@@ -4,37 +4,36 @@
 #include "bus/ModelDescription.h"
 #include "bus/ModelProperties.h"
 #include "bus/RoostBus.h"
+#include "bus/SameUserGate.h"
 
-#include <unistd.h>
+#include <QDBusVariant>
 
 namespace roost {
 
 namespace {
 
-const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
-constexpr std::chrono::seconds patience{5};
-/// How many callers are known to be this user's at a time.
-constexpr std::size_t mostKnown = 256;
-
-QDBusMessage refusal(const QDBusMessage& message)
+QDBusMessage refusal(const QDBusMessage& call, QDBusError::ErrorType error, const char* reason)
 {
-    return message.createErrorReply(QDBusError::InvalidArgs, QStringLiteral("No such arguments."));
+    return call.createErrorReply(error, QString::fromLatin1(reason));
 }
 
-bool isCall(const QDBusMessage& message, const char* member, const char* signature)
+QDBusMessage noSuchMethod(const QDBusMessage& call)
 {
-    return message.member() == QLatin1String(member) && message.signature() == QLatin1String(signature);
+    return refusal(call, QDBusError::UnknownMethod, "There is no such method.");
+}
+
+QDBusMessage wrongArguments(const QDBusMessage& call)
+{
+    return refusal(call, QDBusError::InvalidArgs, "The arguments are not of the described types.");
 }
 
 } // namespace
 
-/// One connection, as long as the app is on it.
+/// One connection, as long as the app is on it. Calls on their way keep it.
 struct ModelAdaptor::Presence {
-    /// Null when it has gone.
-    ModelAdaptor* owner;
     QDBusConnection connection;
-    /// The unique names of callers that are processes of this user; the bus never gives one twice.
-    std::set<QString> known;
+    std::shared_ptr<SameUserGate> gate;
+    int unanswered = 0;
 };
 
 ModelAdaptor::ModelAdaptor(AppModel& model, std::function<void()> quit)
@@ -44,153 +43,117 @@ ModelAdaptor::ModelAdaptor(AppModel& model, std::function<void()> quit)
     announcing_.setSingleShot(true);
     announcing_.setInterval(0);
     connect(&announcing_, &QTimer::timeout, this, [this] { announce(); });
-    const AppState* const state = &model.state();
-    const auto follow = [this, state](auto signal, const QString& name) {
-        connect(state, signal, this, [this, name] { changed(name); });
-    };
-    follow(&AppState::accountsChanged, QStringLiteral("Accounts"));
-    follow(&AppState::isRefreshingChanged, QStringLiteral("IsRefreshing"));
-    follow(&AppState::lastRefreshAtChanged, QStringLiteral("LastRefreshAt"));
-    follow(&AppState::signInStateChanged, QStringLiteral("SignInState"));
-    follow(&AppState::selectedProfileIDChanged, QStringLiteral("SelectedProfileID"));
-    follow(&AppState::launchAtLoginChanged, QStringLiteral("LaunchAtLogin"));
-    follow(&AppState::updateStatusChanged, QStringLiteral("UpdateStatus"));
-}
-
-ModelAdaptor::~ModelAdaptor()
-{
-    if (presence_) {
-        presence_->owner = nullptr;
-        presence_->connection.unregisterObject(RoostBus::modelPath);
+    for (const auto& [name, property] : ModelProperties::all()) {
+        connect(&model.state(), property.changed, this, [this, name] { changed(name); });
     }
 }
+
+ModelAdaptor::~ModelAdaptor() { detach(); }
 
 void ModelAdaptor::attach(QDBusConnection connection)
 {
-    if (presence_) {
-        presence_->owner = nullptr;
-        presence_->connection.unregisterObject(RoostBus::modelPath);
-    }
-    presence_ = std::make_shared<Presence>(this, connection);
+    detach();
+    presence_ = std::make_shared<Presence>(
+        connection, std::make_shared<SameUserGate>(connection, [this](const auto& call) { answer(call); }));
     connection.registerVirtualObject(RoostBus::modelPath, this, QDBusConnection::SingleNode);
+    for (const auto& [name, property] : ModelProperties::all()) {
+        changed(name);
+    }
+}
+
+void ModelAdaptor::detach()
+{
+    if (presence_) {
+        presence_->gate->close();
+        presence_->connection.unregisterObject(RoostBus::modelPath);
+        presence_.reset();
+    }
 }
 
 QString ModelAdaptor::introspect(const QString& /*path*/) const { return modelDescription(); }
 
-bool ModelAdaptor::handleMessage(const QDBusMessage& message, const QDBusConnection& /*connection*/)
+bool ModelAdaptor::handleMessage(const QDBusMessage& message, const QDBusConnection& connection)
 {
-    const bool isOurs = message.interface() == RoostBus::modelInterface ||
-                        message.interface() == propertiesInterface || message.interface().isEmpty();
-    if (message.type() != QDBusMessage::MethodCallMessage || !isOurs || !presence_) {
+    const QString interface = message.interface();
+    const bool isOurs = interface == RoostBus::modelInterface || interface == RoostBus::propertiesInterface ||
+                        interface.isEmpty();
+    // What was under way when the app left a connection has come too late.
+    const bool isHere = presence_ && presence_->connection.name() == connection.name();
+    if (message.type() != QDBusMessage::MethodCallMessage || !isOurs || !isHere) {
         return false;
     }
-    answer(presence_, message);
+    presence_->gate->take(message);
     return true;
 }
 
-QCoro::Task<void> ModelAdaptor::answer(std::shared_ptr<Presence> presence, QDBusMessage message)
+void ModelAdaptor::answer(const QDBusMessage& call)
 {
-    const QString sender = message.service();
-    if (!presence->known.contains(sender)) {
-        auto asking =
-            callBusDaemon(presence->connection, QStringLiteral("GetConnectionUnixUser"), {sender}, patience);
-        const QDBusMessage user = co_await asking;
-        if (presence->owner == nullptr) {
-            co_return;
-        }
-        if (user.type() != QDBusMessage::ReplyMessage || user.arguments().value(0).toUInt() != ::geteuid()) {
-            presence->connection.send(
-                message.createErrorReply(RoostBus::notAllowed, QStringLiteral("This is another user's.")));
-            co_return;
-        }
-        if (presence->known.size() >= mostKnown) {
-            presence->known.clear();
-        }
-        presence->known.insert(sender);
+    if (call.interface() == RoostBus::propertiesInterface) {
+        answerOnBus(presence_->connection, call, answerToProperties(call));
+        return;
     }
-    ModelAdaptor& self = *presence->owner;
-    const std::optional<QDBusMessage> reply = message.interface() == propertiesInterface
-                                                  ? self.answerProperties(message)
-                                                  : self.answerModel(message);
-    if (reply) {
-        presence->connection.send(*reply);
+    const auto method = ModelMethods::all().find(call.member());
+    if (method == ModelMethods::all().end()) {
+        answerOnBus(presence_->connection, call, noSuchMethod(call));
+    } else if (method->second.signature != call.signature()) {
+        answerOnBus(presence_->connection, call, wrongArguments(call));
+    } else {
+        run(method->second, call);
     }
 }
 
-QDBusMessage ModelAdaptor::answerProperties(const QDBusMessage& message) const
+QDBusMessage ModelAdaptor::answerToProperties(const QDBusMessage& call) const
 {
-    const QString interface = message.arguments().value(0).toString();
-    if (isCall(message, "Get", "ss") && interface == RoostBus::modelInterface) {
-        const QVariant value = ModelProperties::value(model_->state(), message.arguments().at(1).toString());
-        return value.isValid() ? message.createReply(QVariant::fromValue(QDBusVariant(value)))
-                               : message.createErrorReply(QDBusError::UnknownProperty,
-                                                          QStringLiteral("There is no such property."));
+    static const std::map<QString, QString> signatures{{QStringLiteral("Get"), QStringLiteral("ss")},
+                                                       {QStringLiteral("GetAll"), QStringLiteral("s")},
+                                                       {QStringLiteral("Set"), QStringLiteral("ssv")}};
+    const auto method = signatures.find(call.member());
+    if (method == signatures.end()) {
+        return noSuchMethod(call);
     }
-    if (isCall(message, "GetAll", "s") && interface == RoostBus::modelInterface) {
-        QVariantMap all;
-        for (const QString& name : ModelProperties::names()) {
-            all.insert(name, ModelProperties::value(model_->state(), name));
+    if (method->second != call.signature()) {
+        return wrongArguments(call);
+    }
+    const QVariantList arguments = call.arguments();
+    if (arguments.at(0).toString() != RoostBus::modelInterface) {
+        return refusal(call, QDBusError::UnknownInterface, "There are no properties of that interface.");
+    }
+    if (arguments.size() == 1) {
+        QVariantMap values;
+        for (const auto& [name, property] : ModelProperties::all()) {
+            values.insert(name, property.value(model_->state()));
         }
-        return message.createReply(all);
+        return call.createReply(values);
     }
-    if (message.member() == QLatin1String("Set")) {
-        return message.createErrorReply(QDBusError::PropertyReadOnly, QStringLiteral("Nothing can be set."));
+    const ModelProperties::Property* const property = ModelProperties::find(arguments.at(1).toString());
+    if (property == nullptr) {
+        return refusal(call, QDBusError::UnknownProperty, "There is no such property.");
     }
-    return refusal(message);
+    if (arguments.size() == 3) {
+        return refusal(call, QDBusError::PropertyReadOnly, "Nothing can be set.");
+    }
+    return call.createReply(QVariant::fromValue(QDBusVariant(property->value(model_->state()))));
 }
 
-std::optional<QDBusMessage> ModelAdaptor::answerModel(const QDBusMessage& message)
+void ModelAdaptor::run(const ModelMethods::Method& method, const QDBusMessage& call)
 {
-    const auto profileId = [&] { return message.arguments().at(0).toString().toStdString(); };
-    if (isCall(message, "RequestRefresh", "b")) {
-        if (!message.arguments().at(0).toBool()) {
-            model_->requestRefresh();
-            return message.createReply();
-        }
-        reply(presence_, message, model_->refreshed());
-        return std::nullopt;
+    if (presence_->unanswered >= mostUnanswered) {
+        answerOnBus(presence_->connection, call,
+                    refusal(call, QDBusError::LimitsExceeded, "Too many calls wait for an answer."));
+        return;
     }
-    if (isCall(message, "SignIn", "")) {
-        model_->signIn();
-        return message.createReply();
-    }
-    if (isCall(message, "SignOut", "s") || isCall(message, "Select", "s")) {
-        if (model_->state().account(profileId()) == nullptr) {
-            return message.createErrorReply(RoostBus::noSuchProfile,
-                                            QStringLiteral("There is no such profile."));
-        }
-        if (message.member() == QLatin1String("Select")) {
-            model_->select(profileId());
-            return message.createReply();
-        }
-        reply(presence_, message, model_->signOut(profileId()));
-        return std::nullopt;
-    }
-    if (isCall(message, "OpenRoost", "")) {
-        model_->openRoost();
-        return message.createReply();
-    }
-    if (isCall(message, "CheckForUpdates", "")) {
-        model_->updater().checkNow();
-        return message.createReply();
-    }
-    if (isCall(message, "InstallAndRestart", "")) {
-        model_->updater().installAndRestart();
-        return message.createReply();
-    }
-    if (isCall(message, "Quit", "")) {
-        // Answered first: the connection goes with the program.
-        QTimer::singleShot(0, this, [this] { quit_(); });
-        return message.createReply();
-    }
-    return refusal(message);
+    const auto quitSoon = [this] { QTimer::singleShot(0, this, [this] { quit_(); }); };
+    answerAfter(presence_, call, method.run({model_, quitSoon}, call.arguments()));
 }
 
-QCoro::Task<void> ModelAdaptor::reply(std::shared_ptr<Presence> presence, QDBusMessage message,
-                                      QCoro::Task<void> after)
+QCoro::Task<void> ModelAdaptor::answerAfter(std::shared_ptr<Presence> presence, QDBusMessage call,
+                                            QCoro::Task<std::optional<ModelMethods::Refusal>> running)
 {
-    co_await after;
-    presence->connection.send(message.createReply());
+    ++presence->unanswered;
+    const std::optional<ModelMethods::Refusal> refusal = co_await running;
+    --presence->unanswered;
+    answerOnBus(presence->connection, call,
+                refusal ? call.createErrorReply(refusal->error, refusal->reason) : call.createReply());
 }
 
 void ModelAdaptor::changed(const QString& name)
@@ -208,13 +171,14 @@ void ModelAdaptor::announce()
     QVariantMap values;
     QStringList invalidated;
     for (const QString& name : names) {
-        if (ModelProperties::isInvalidatedOnly(name)) {
+        const ModelProperties::Property& property = *ModelProperties::find(name);
+        if (property.isInvalidatedOnly) {
             invalidated.append(name);
         } else {
-            values.insert(name, ModelProperties::value(model_->state(), name));
+            values.insert(name, property.value(model_->state()));
         }
     }
-    QDBusMessage signal = QDBusMessage::createSignal(RoostBus::modelPath, propertiesInterface,
+    QDBusMessage signal = QDBusMessage::createSignal(RoostBus::modelPath, RoostBus::propertiesInterface,
                                                      QStringLiteral("PropertiesChanged"));
     signal.setArguments({RoostBus::modelInterface, values, invalidated});
     presence_->connection.send(signal);

@@ -2,24 +2,31 @@
 
 #include "model/AppState.h"
 
-#include <QStringList>
-#include <QVariantMap>
+#include <QString>
+#include <QVariant>
 
-/// The published state in the types of the bus, as bus/world.brisken.roost.mac.Model1.xml describes it. Main
-/// thread.
+#include <map>
+
+/// The properties by which the app publishes its state on the bus, as
+/// bus/world.brisken.roost.mac.Model1.xml describes them. Main thread.
 namespace roost::ModelProperties {
 
-/// The names of all properties.
-const QStringList& names();
+struct Property {
+    /// What the state says of it, in the types of the bus.
+    QVariant (*value)(const AppState& state);
+    /// Has the state say what was received from the bus. False, and nothing changed, when that is not of the
+    /// property's form.
+    bool (*take)(AppState& state, const QVariant& received);
+    /// What the state emits after a change.
+    void (AppState::*changed)();
+    /// Whether a change is announced without the value, which may be large.
+    bool isInvalidatedOnly = false;
+};
 
-/// Whether a change is announced without the value, which may be large.
-bool isInvalidatedOnly(const QString& name);
+/// All of them, by name.
+const std::map<QString, Property>& all();
 
-/// The value of one property; invalid when there is no such property.
-QVariant value(const AppState& state, const QString& name);
-
-/// Has `state` say what `value`, as received from the bus, says of one property. False, and nothing changed,
-/// when there is no such property or the value is not of its form.
-bool take(AppState& state, const QString& name, const QVariant& value);
+/// The one with that name; null when there is none.
+const Property* find(const QString& name);
 
 } // namespace roost::ModelProperties

@@ -3,24 +3,26 @@
 #include "bus/BusCall.h"
 #include "bus/ModelProperties.h"
 #include "bus/RoostBus.h"
+#include "model/Arrival.h"
 
 #include <QDBusArgument>
-#include <QDBusVariant>
+
+#include <utility>
+#include <vector>
 
 namespace roost {
 
 namespace {
 
-const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
-const QString busService = QStringLiteral("org.freedesktop.DBus");
+const QString busName = QStringLiteral("org.freedesktop.DBus");
 constexpr std::chrono::seconds patience{5};
 /// A sign-out asks the keyring, a refresh many profiles.
 constexpr std::chrono::minutes longPatience{10};
 
-QDBusMessage modelCall(const QString& interface, const QString& method, const QVariantList& arguments)
+QDBusMessage callOf(const QString& app, const QString& interface, const QString& method,
+                    const QVariantList& arguments)
 {
-    QDBusMessage call =
-        QDBusMessage::createMethodCall(RoostBus::name, RoostBus::modelPath, interface, method);
+    QDBusMessage call = QDBusMessage::createMethodCall(app, RoostBus::modelPath, interface, method);
     call.setArguments(arguments);
     return call;
 }
@@ -31,11 +33,18 @@ QDBusMessage modelCall(const QString& interface, const QString& method, const QV
 struct ModelProxy::Link {
     /// Null when it has gone.
     ModelProxy* owner;
+    /// Null before the first and after the last word of the bus.
     std::shared_ptr<BusConnection> bus;
-    /// The unique name of the app; empty while there is none.
+    /// The unique name of who has the program's name; empty while nobody has.
     QString app;
-    /// Raised with each reading of a value that is announced without it.
-    int readings = 0;
+    /// How often the bus has said who that is.
+    int ownersTold = 0;
+    /// Whether the state is being read. Only one reading is on its way at a time, and whatever is told
+    /// meanwhile leads to the next: answers are handled later than signals that came after them.
+    bool isReading = false;
+    bool isStale = false;
+    /// Set when the reading has ended.
+    std::vector<Arrival<bool>> readers;
 };
 
 ModelProxy::ModelProxy(QString addresses)
@@ -50,57 +59,103 @@ QCoro::Task<bool> ModelProxy::connectToApp() { return connected(link_, addresses
 
 QCoro::Task<bool> ModelProxy::connected(std::shared_ptr<Link> link, QString addresses)
 {
-    auto opening = BusConnection::open(addresses, patience);
-    std::shared_ptr<BusConnection> bus = co_await opening;
-    if (!bus || link->owner == nullptr) {
+    if (!link->bus) {
+        auto opening = BusConnection::open(addresses, patience);
+        std::shared_ptr<BusConnection> bus = co_await opening;
+        if (!bus || link->owner == nullptr) {
+            co_return false;
+        }
+        // Another call may have been quicker.
+        if (!link->bus) {
+            link->bus = std::move(bus);
+            link->owner->listen();
+        }
+    }
+    auto finding = findApp(link);
+    co_await finding;
+    if (link->owner == nullptr || !link->bus) {
         co_return false;
     }
-    link->bus = std::move(bus);
-    QDBusConnection connection = link->bus->get();
-    // By the name of the interface alone: for the name of a service the bus library asks its owner and waits.
-    connection.connect({}, RoostBus::modelPath, propertiesInterface, QStringLiteral("PropertiesChanged"),
-                       link->owner, SLOT(changeProperties(QString, QVariantMap, QStringList, QDBusMessage)));
-    connection.connect(busService, QStringLiteral("/org/freedesktop/DBus"), busService,
-                       QStringLiteral("NameOwnerChanged"), {RoostBus::name}, QStringLiteral("sss"),
-                       link->owner, SLOT(changeOwner(QString, QString, QString)));
-    auto reading = readAll(link);
-    const bool isThere = co_await reading;
+    const Arrival<bool> read;
+    link->readers.push_back(read);
+    link->owner->read();
+    const auto coming = read.coming();
+    co_await coming;
+    const bool isThere = link->owner != nullptr && link->owner->isRunning_;
     co_return isThere;
 }
 
-QCoro::Task<bool> ModelProxy::readAll(std::shared_ptr<Link> link)
+void ModelProxy::listen()
 {
-    auto asking = callOnBus(
-        link->bus->get(),
-        modelCall(propertiesInterface, QStringLiteral("GetAll"), {RoostBus::modelInterface}), patience);
-    const QDBusMessage answer = co_await asking;
-    if (link->owner == nullptr || answer.type() != QDBusMessage::ReplyMessage ||
-        answer.signature() != QLatin1String("a{sv}")) {
-        co_return false;
-    }
-    link->app = answer.service();
-    const auto values = qdbus_cast<QVariantMap>(answer.arguments().at(0));
-    for (auto value = values.begin(); value != values.end(); ++value) {
-        ModelProperties::take(link->owner->state_, value.key(), value.value());
-    }
-    link->owner->setRunning(true);
-    co_return true;
+    // By the names of the interfaces alone: for the name of a service the bus library asks who has it, and
+    // waits.
+    QDBusConnection connection = link_->bus->get();
+    connection.connect({}, RoostBus::modelPath, RoostBus::propertiesInterface,
+                       QStringLiteral("PropertiesChanged"), this,
+                       SLOT(changeProperties(QString, QVariantMap, QStringList, QDBusMessage)));
+    connection.connect({}, QStringLiteral("/org/freedesktop/DBus"), busName,
+                       QStringLiteral("NameOwnerChanged"), {RoostBus::name}, QStringLiteral("sss"), this,
+                       SLOT(changeOwner(QString, QString, QString, QDBusMessage)));
+    connection.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
+                       QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
+                       SLOT(loseBus()));
 }
 
-QCoro::Task<void> ModelProxy::readOne(std::shared_ptr<Link> link, QString name)
+QCoro::Task<void> ModelProxy::findApp(std::shared_ptr<Link> link)
 {
-    const int reading = ++link->readings;
-    auto asking = callOnBus(
-        link->bus->get(),
-        modelCall(propertiesInterface, QStringLiteral("Get"), {RoostBus::modelInterface, name}), patience);
-    const QDBusMessage answer = co_await asking;
-    // A later reading brings what is newer.
-    if (link->owner == nullptr || reading != link->readings || answer.type() != QDBusMessage::ReplyMessage ||
-        answer.signature() != QLatin1String("v")) {
-        co_return;
+    const int told = link->ownersTold;
+    auto asking = callBusDaemon(link->bus->get(), QStringLiteral("GetNameOwner"), {RoostBus::name}, patience);
+    const QDBusMessage owner = co_await asking;
+    // What the bus has told by itself meanwhile is newer.
+    if (told == link->ownersTold) {
+        const bool isKnown = owner.type() == QDBusMessage::ReplyMessage;
+        link->app = isKnown ? owner.arguments().value(0).toString() : QString{};
     }
-    ModelProperties::take(link->owner->state_, name,
-                          answer.arguments().at(0).value<QDBusVariant>().variant());
+}
+
+void ModelProxy::read()
+{
+    if (link_->isReading) {
+        link_->isStale = true;
+    } else {
+        readUntilFresh(link_);
+    }
+}
+
+QCoro::Task<void> ModelProxy::readUntilFresh(std::shared_ptr<Link> link)
+{
+    link->isReading = true;
+    do {
+        link->isStale = false;
+        const QString app = link->app;
+        QDBusMessage everything;
+        if (link->bus && !app.isEmpty()) {
+            const auto call = callOf(app, RoostBus::propertiesInterface, QStringLiteral("GetAll"),
+                                     {RoostBus::modelInterface});
+            auto asking = callOnBus(link->bus->get(), call, patience);
+            everything = co_await asking;
+        }
+        if (link->owner != nullptr && link->app == app) {
+            link->owner->setRunning(link->owner->take(everything));
+        }
+    } while (link->isStale && link->owner != nullptr);
+    link->isReading = false;
+    for (const Arrival<bool>& reader : std::exchange(link->readers, {})) {
+        reader.set(true);
+    }
+}
+
+/// Whether that is what a running app answers.
+bool ModelProxy::take(const QDBusMessage& everything)
+{
+    if (everything.type() != QDBusMessage::ReplyMessage || everything.signature() != QLatin1String("a{sv}")) {
+        return false;
+    }
+    const auto values = qdbus_cast<QVariantMap>(everything.arguments().at(0));
+    for (const auto& [name, property] : ModelProperties::all()) {
+        property.take(state_, values.value(name));
+    }
+    return true;
 }
 
 void ModelProxy::changeProperties(const QString& interface, const QVariantMap& changed,
@@ -109,30 +164,43 @@ void ModelProxy::changeProperties(const QString& interface, const QVariantMap& c
     if (interface != RoostBus::modelInterface || message.service() != link_->app) {
         return;
     }
-    for (auto value = changed.begin(); value != changed.end(); ++value) {
-        ModelProperties::take(state_, value.key(), value.value());
+    if (link_->isReading || !isRunning_ || !invalidated.isEmpty()) {
+        read();
+        return;
     }
-    for (const QString& name : invalidated) {
-        readOne(link_, name);
+    for (auto value = changed.begin(); value != changed.end(); ++value) {
+        if (const ModelProperties::Property* const property = ModelProperties::find(value.key())) {
+            property->take(state_, value.value());
+        }
     }
 }
 
-void ModelProxy::changeOwner(const QString& /*name*/, const QString& /*before*/, const QString& now)
+void ModelProxy::changeOwner(const QString& name, const QString& /*before*/, const QString& now,
+                             const QDBusMessage& message)
 {
+    if (message.service() != busName || name != RoostBus::name) {
+        return;
+    }
+    ++link_->ownersTold;
     if (now == link_->app) {
         return;
     }
+    link_->app = now;
+    setRunning(false);
+    read();
+}
+
+void ModelProxy::loseBus()
+{
+    link_->bus.reset();
+    ++link_->ownersTold;
     link_->app.clear();
     setRunning(false);
-    if (!now.isEmpty()) {
-        readAll(link_);
-    }
 }
 
 void ModelProxy::setRunning(bool isRunning)
 {
-    if (isRunning_ != isRunning) {
-        isRunning_ = isRunning;
+    if (std::exchange(isRunning_, isRunning) != isRunning) {
         Q_EMIT isRunningChanged();
     }
 }
@@ -143,13 +211,23 @@ QCoro::Task<ModelProxy::Answer> ModelProxy::call(std::shared_ptr<Link> link, QSt
     if (!link->bus) {
         co_return Answer::failed;
     }
-    auto calling =
-        callOnBus(link->bus->get(), modelCall(RoostBus::modelInterface, method, arguments), timeout);
+    const auto call = callOf(RoostBus::name, RoostBus::modelInterface, method, arguments);
+    auto calling = callOnBus(link->bus->get(), call, timeout);
     const QDBusMessage answer = co_await calling;
     if (answer.type() == QDBusMessage::ReplyMessage) {
         co_return Answer::done;
     }
     co_return answer.errorName() == RoostBus::noSuchProfile ? Answer::noSuchProfile : Answer::failed;
+}
+
+QCoro::Task<ModelProxy::Answer> ModelProxy::callAbout(const std::string& profileId, QString method,
+                                                      std::chrono::milliseconds timeout)
+{
+    if (profileId.find('\0') != std::string::npos) {
+        // The bus would cut it off there, and it would be another's.
+        return []() -> QCoro::Task<Answer> { co_return Answer::noSuchProfile; }();
+    }
+    return call(link_, std::move(method), {QString::fromStdString(profileId)}, timeout);
 }
 
 QCoro::Task<ModelProxy::Answer> ModelProxy::requestRefresh(bool wait)
@@ -164,17 +242,27 @@ QCoro::Task<ModelProxy::Answer> ModelProxy::signIn()
 
 QCoro::Task<ModelProxy::Answer> ModelProxy::signOut(std::string profileId)
 {
-    return call(link_, QStringLiteral("SignOut"), {QString::fromStdString(profileId)}, longPatience);
+    return callAbout(profileId, QStringLiteral("SignOut"), longPatience);
 }
 
 QCoro::Task<ModelProxy::Answer> ModelProxy::select(std::string profileId)
 {
-    return call(link_, QStringLiteral("Select"), {QString::fromStdString(profileId)}, patience);
+    return callAbout(profileId, QStringLiteral("Select"), patience);
 }
 
 QCoro::Task<ModelProxy::Answer> ModelProxy::openRoost()
 {
     return call(link_, QStringLiteral("OpenRoost"), {}, patience);
+}
+
+QCoro::Task<ModelProxy::Answer> ModelProxy::checkForUpdates()
+{
+    return call(link_, QStringLiteral("CheckForUpdates"), {}, patience);
+}
+
+QCoro::Task<ModelProxy::Answer> ModelProxy::installAndRestart()
+{
+    return call(link_, QStringLiteral("InstallAndRestart"), {}, patience);
 }
 
 QCoro::Task<ModelProxy::Answer> ModelProxy::quitApp()

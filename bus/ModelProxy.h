@@ -7,10 +7,12 @@
 #include <QDBusMessage>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QVariantMap>
 
+#include <chrono>
 #include <memory>
-#include <stop_token>
+#include <string>
 
 namespace roost {
 
@@ -24,7 +26,8 @@ public:
     explicit ModelProxy(QString addresses);
     ~ModelProxy() override;
 
-    /// Finds the running app and reads its state. Whether there is one. Bounded in time.
+    /// Connects to the bus, unless it is connected, finds the running app and reads its state. Whether there
+    /// is one; if not, it is noticed when it comes. Bounded in time. Once more after the bus has gone.
     QCoro::Task<bool> connectToApp();
 
     /// Whether the app is running and its state is known.
@@ -36,7 +39,7 @@ public:
     enum class Answer {
         done,
         noSuchProfile,
-        /// The app is not there any more, or does not answer.
+        /// The app is not there, refuses, or does not answer in time; in the last case it may yet do it.
         failed,
     };
 
@@ -44,9 +47,13 @@ public:
     /// refresh may take minutes.
     QCoro::Task<Answer> requestRefresh(bool wait);
     QCoro::Task<Answer> signIn();
+    /// Answered when the profile is forgotten.
     QCoro::Task<Answer> signOut(std::string profileId);
     QCoro::Task<Answer> select(std::string profileId);
     QCoro::Task<Answer> openRoost();
+    QCoro::Task<Answer> checkForUpdates();
+    QCoro::Task<Answer> installAndRestart();
+    /// Answered before the app ends.
     QCoro::Task<Answer> quitApp();
 
 Q_SIGNALS:
@@ -56,16 +63,23 @@ Q_SIGNALS:
 private Q_SLOTS: // NOLINT: called by the bus
     void changeProperties(const QString& interface, const QVariantMap& changed,
                           const QStringList& invalidated, const QDBusMessage& message);
-    void changeOwner(const QString& name, const QString& before, const QString& now);
+    void changeOwner(const QString& name, const QString& before, const QString& now,
+                     const QDBusMessage& message);
+    void loseBus();
 
 private:
     struct Link;
 
     static QCoro::Task<bool> connected(std::shared_ptr<Link> link, QString addresses);
-    static QCoro::Task<bool> readAll(std::shared_ptr<Link> link);
-    static QCoro::Task<void> readOne(std::shared_ptr<Link> link, QString name);
+    static QCoro::Task<void> findApp(std::shared_ptr<Link> link);
+    static QCoro::Task<void> readUntilFresh(std::shared_ptr<Link> link);
     static QCoro::Task<Answer> call(std::shared_ptr<Link> link, QString method, QVariantList arguments,
                                     std::chrono::milliseconds timeout);
+    QCoro::Task<Answer> callAbout(const std::string& profileId, QString method,
+                                  std::chrono::milliseconds timeout);
+    void listen();
+    void read();
+    bool take(const QDBusMessage& everything);
     void setRunning(bool isRunning);
 
     QString addresses_;

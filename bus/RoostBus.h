@@ -15,6 +15,7 @@ inline const QString notAwaited = QStringLiteral("world.brisken.roost.mac.Error.
 /// The running app: what it publishes and does. Described in bus/world.brisken.roost.mac.Model1.xml.
 inline const QString modelPath = QStringLiteral("/world/brisken/roost/mac/Model");
 inline const QString modelInterface = QStringLiteral("world.brisken.roost.mac.Model1");
+inline const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
 /// The error that answers whoever is another user.
 inline const QString notAllowed = QStringLiteral("world.brisken.roost.mac.Error.NotAllowed");
 /// The error that answers calls about a profile that is not there.
