@@ -38,7 +38,9 @@ Listener::~Listener()
 void Listener::hear(const QString& name, qlonglong milliseconds)
 {
     if (name == name_) {
-        heard_(Date{std::chrono::milliseconds{milliseconds}});
+        // A copy: whoever hears it may let this go.
+        const auto heard = heard_;
+        heard(Date{std::chrono::milliseconds{milliseconds}});
     }
 }
 

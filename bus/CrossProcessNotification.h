@@ -20,7 +20,8 @@ class Listener final : public QObject {
     Q_OBJECT
 
 public:
-    /// `heard` is called from the event loop with the time that was told, by the clock of whoever told it.
+    /// `heard` is called from the event loop with the time that was told, by the clock of whoever told it:
+    /// any process on the bus, any time. It may destroy this.
     Listener(QDBusConnection connection, QString name, std::function<void(Date)> heard);
     ~Listener() override;
 

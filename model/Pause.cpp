@@ -4,6 +4,10 @@
 
 #include <QTimer>
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
 namespace roost {
 
 QCoro::Task<void> pauseOnEventLoop(std::chrono::duration<double> length, std::stop_token stop)
@@ -12,7 +16,8 @@ QCoro::Task<void> pauseOnEventLoop(std::chrono::duration<double> length, std::st
     QTimer timer;
     timer.setSingleShot(true);
     QObject::connect(&timer, &QTimer::timeout, &timer, [over] { over.set(true); });
-    timer.start(std::chrono::duration_cast<std::chrono::milliseconds>(length));
+    timer.start(static_cast<int>(
+        std::clamp(std::ceil(length.count() * 1000), 0.0, double{std::numeric_limits<int>::max()})));
     const std::stop_callback hurry(stop, [over] { over.set(true); });
     const auto coming = over.coming();
     co_await coming;

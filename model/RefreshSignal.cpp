@@ -2,7 +2,6 @@
 
 #include <array>
 #include <charconv>
-#include <cmath>
 
 namespace roost::RefreshSignal {
 
@@ -42,10 +41,12 @@ std::optional<Date> lastRequest(const WidgetStore& store)
     double seconds = 0;
     const char* const end = text->data() + text->size();
     const auto [stopped, error] = std::from_chars(text->data(), end, seconds);
-    if (error != std::errc{} || stopped != end || !std::isfinite(seconds)) {
+    const Date date = dateFromSeconds(seconds);
+    // No number, and numbers that no date holds, give the ends of its range.
+    if (error != std::errc{} || stopped != end || date == Date::min() || date == Date::max()) {
         return std::nullopt;
     }
-    return dateFromSeconds(seconds);
+    return date;
 }
 
 } // namespace roost::RefreshSignal

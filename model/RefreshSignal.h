@@ -20,7 +20,7 @@ using Post = std::function<void(Date)>;
 bool request(const WidgetStore& store, Date now, const Post& post);
 
 /// When a refresh was last requested; nothing when there is no such file, or when it holds anything but one
-/// finite number.
+/// number, in decimals with or without an exponent, that is a date.
 std::optional<Date> lastRequest(const WidgetStore& store);
 
 } // namespace roost::RefreshSignal

@@ -53,6 +53,31 @@ public:
         return await(callOnBus(connection(), message, guardTime));
     }
 
+    /// The answer of the program to a call of its model.
+    QDBusMessage callModel(const QString& method, const QVariantList& arguments = {},
+                           const QString& interface = RoostBus::modelInterface) const
+    {
+        return await(startModelCall(method, arguments, interface));
+    }
+
+    /// The same, on its way.
+    QCoro::Task<QDBusMessage> startModelCall(const QString& method, const QVariantList& arguments = {},
+                                             const QString& interface = RoostBus::modelInterface) const
+    {
+        QDBusMessage message =
+            QDBusMessage::createMethodCall(RoostBus::name, RoostBus::modelPath, interface, method);
+        message.setArguments(arguments);
+        return callOnBus(connection(), message, guardTime);
+    }
+
+    /// Asks the bus something and waits for the answer: everything that was sent to this peer before has
+    /// come by then.
+    void catchUp() const
+    {
+        ask(QStringLiteral("GetId"), {});
+        QCoreApplication::processEvents();
+    }
+
 private:
     std::shared_ptr<BusConnection> bus_;
 };
@@ -62,9 +87,10 @@ class CallCatcher final : public QDBusVirtualObject {
 public:
     using Answer = std::function<void(const QDBusMessage&, const QDBusConnection&)>;
 
-    CallCatcher(QDBusConnection connection, Answer answer) : answer_(std::move(answer))
+    CallCatcher(QDBusConnection connection, Answer answer, const QString& path = RoostBus::path)
+        : answer_(std::move(answer))
     {
-        connection.registerVirtualObject(RoostBus::path, this);
+        connection.registerVirtualObject(path, this);
     }
 
     QString introspect(const QString& /*path*/) const override { return {}; }

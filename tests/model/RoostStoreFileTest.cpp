@@ -76,5 +76,14 @@ TEST(AccountFor, PointsIntoTheFile)
     EXPECT_EQ(file.accountFor("A"), file.accounts.data());
 }
 
+TEST(AccountFor, IsTheSameOfRecordsWithoutAFile)
+{
+    const std::vector<RoostAccountRecord> records{record("A", Status::signedOut), record("B", Status::ok)};
+    EXPECT_EQ(accountFor(records, "A"), &records[0]);
+    EXPECT_EQ(accountFor(records, "C"), &records[1]);
+    EXPECT_EQ(accountFor(records, std::nullopt), &records[1]);
+    EXPECT_EQ(accountFor({}, "A"), nullptr);
+}
+
 } // namespace
 } // namespace roost

@@ -112,5 +112,16 @@ TEST_F(RoostTimelineTest, TakesNumbersFromTheFutureForFresh)
     EXPECT_EQ(age(), seconds{0});
 }
 
+TEST_F(RoostTimelineTest, ShowsTheSameOfAnAccountThatWasPicked)
+{
+    EXPECT_EQ(RoostTimeline::content(nullptr, noon), signedOut);
+    EXPECT_EQ(RoostTimeline::content(&first(), noon), content());
+    EXPECT_EQ(RoostTimeline::content(&file->accounts.back(), noon), content("b"));
+    first().snapshot.reset();
+    EXPECT_EQ(RoostTimeline::content(&first(), noon), waiting);
+    first().status = Status::signedOut;
+    EXPECT_EQ(RoostTimeline::content(&first(), noon), signedOut);
+}
+
 } // namespace
 } // namespace roost

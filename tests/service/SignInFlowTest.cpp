@@ -212,29 +212,4 @@ TEST_F(SignInFlowTest, LogsNothingOfTheCodeOrTheTokens)
     EXPECT_FALSE(log.saw(u"canary"));
 }
 
-TEST(PauseOnEventLoop, EndsEarlyWhenStopped)
-{
-    std::stop_source source;
-    const auto paused = [](std::stop_token stop) -> QCoro::Task<bool> {
-        auto pausing = pauseOnEventLoop(1h, stop);
-        co_await pausing;
-        co_return true;
-    };
-    Pending pending(paused(source.get_token()));
-    EXPECT_FALSE(pending.isDone());
-    source.request_stop();
-    EXPECT_TRUE(pending.get());
-    EXPECT_TRUE(await(paused(source.get_token())));
-}
-
-TEST(PauseOnEventLoop, EndsByItself)
-{
-    const auto paused = []() -> QCoro::Task<bool> {
-        auto pausing = pauseOnEventLoop(1ms, {});
-        co_await pausing;
-        co_return true;
-    };
-    EXPECT_TRUE(await(paused()));
-}
-
 } // namespace roost::test

@@ -12,13 +12,15 @@ namespace roost::test {
 
 namespace {
 
-std::string configurationOf(const ScratchFolder& folder, PrivateBus::Activation activation)
+std::string configurationOf(const ScratchFolder& folder, PrivateBus::Activation activation,
+                            PrivateBus::Users users)
 {
+    const std::string admitted = users == PrivateBus::Users::all ? "<allow user=\"*\"/>" : "";
     const std::string services =
         activation == PrivateBus::Activation::installed ? "<standard_session_servicedirs/>" : "";
     return "<busconfig><type>session</type><listen>unix:path=" + (folder / "bus").string() +
-           "</listen><auth>EXTERNAL</auth>" + services +
-           "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+           "</listen><auth>EXTERNAL</auth>" + services + "<policy context=\"default\">" + admitted +
+           "<allow send_destination=\"*\" eavesdrop=\"true\"/>"
            "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>";
 }
 
@@ -44,11 +46,16 @@ void enter(std::deque<ScopedVariable>& environment, const ScratchFolder& folder)
 }
 
 std::vector<std::string> commandIn(const ScratchFolder& folder, std::deque<ScopedVariable>& environment,
-                                   PrivateBus::Activation activation)
+                                   PrivateBus::Activation activation, PrivateBus::Users users)
 {
     enter(environment, folder);
+    if (users == PrivateBus::Users::all) {
+        using std::filesystem::perms;
+        std::filesystem::permissions(folder.path(),
+                                     perms::owner_all | perms::group_exec | perms::others_exec);
+    }
     const std::filesystem::path configuration = folder / "bus.conf";
-    putBytes(configuration, configurationOf(folder, activation));
+    putBytes(configuration, configurationOf(folder, activation, users));
     return {"dbus-daemon", "--nofork", "--nopidfile", "--print-address=1",
             "--config-file=" + configuration.string()};
 }
@@ -62,8 +69,8 @@ QString freshName()
 
 } // namespace
 
-PrivateBus::PrivateBus(Activation activation)
-    : daemon_(commandIn(folder_, environment_, activation)),
+PrivateBus::PrivateBus(Activation activation, Users users)
+    : daemon_(commandIn(folder_, environment_, activation, users)),
       address_(QString::fromStdString(daemon_.line())),
       connection_(QDBusConnection::connectToBus(address_, freshName()))
 {

@@ -23,7 +23,15 @@ public:
         installed,
     };
 
-    explicit PrivateBus(Activation activation = Activation::none);
+    enum class Users {
+        /// As on a desktop, the bus is for this user alone.
+        thisOne,
+        /// It lets in any user of the machine.
+        all,
+    };
+
+    explicit PrivateBus(Activation activation = Activation::none, Users users = Users::thisOne);
+    explicit PrivateBus(Users users) : PrivateBus(Activation::none, users) {}
     ~PrivateBus();
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;
