@@ -71,8 +71,7 @@ void introduceStructures()
 
 QStringList listOf(const std::optional<std::string>& text)
 {
-    const bool canBeSent = text && text->find('\0') == std::string::npos;
-    return canBeSent ? QStringList{QString::fromStdString(*text)} : QStringList{};
+    return text && canCross(*text) ? QStringList{QString::fromStdString(*text)} : QStringList{};
 }
 
 /// What a list of at most one element stands for; nothing for a longer one.
@@ -104,6 +103,11 @@ std::optional<T> exactly(const QVariant& value)
 }
 
 } // namespace
+
+bool canCross(const std::string& text)
+{
+    return text.find('\0') == std::string::npos && QString::fromStdString(text).toStdString() == text;
+}
 
 QVariant sent(bool value) { return value; }
 

@@ -15,11 +15,15 @@
 /// describes them. Main thread.
 namespace roost::BusValues {
 
+/// Whether a text comes over the bus as it is: not one with a zero byte, where it would be cut off, one that
+/// begins with a byte-order mark, which would be lost, or one that is no UTF-8.
+bool canCross(const std::string& text);
+
 /// "b"
 QVariant sent(bool value);
 /// "ax", in milliseconds since 1970
 QVariant sent(const std::optional<Date>& value);
-/// "as"; a text that holds a zero byte, which no text of the bus can, counts as absent
+/// "as"; a text that cannot cross counts as absent
 QVariant sent(const std::optional<std::string>& value);
 /// "s", the form of widget-state.json
 QVariant sent(const std::vector<RoostAccountRecord>& value);

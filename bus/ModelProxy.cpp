@@ -1,6 +1,7 @@
 #include "bus/ModelProxy.h"
 
 #include "bus/BusCall.h"
+#include "bus/BusValues.h"
 #include "bus/ModelProperties.h"
 #include "bus/RoostBus.h"
 #include "model/Arrival.h"
@@ -223,8 +224,8 @@ QCoro::Task<ModelProxy::Answer> ModelProxy::call(std::shared_ptr<Link> link, QSt
 QCoro::Task<ModelProxy::Answer> ModelProxy::callAbout(const std::string& profileId, QString method,
                                                       std::chrono::milliseconds timeout)
 {
-    if (profileId.find('\0') != std::string::npos) {
-        // The bus would cut it off there, and it would be another's.
+    if (!BusValues::canCross(profileId)) {
+        // What arrives would be another's.
         return []() -> QCoro::Task<Answer> { co_return Answer::noSuchProfile; }();
     }
     return call(link_, std::move(method), {QString::fromStdString(profileId)}, timeout);

@@ -38,6 +38,7 @@ public:
     /// What came of a call.
     enum class Answer {
         done,
+        /// Also for an id that cannot cross the bus.
         noSuchProfile,
         /// The app is not there, refuses, or does not answer in time; in the last case it may yet do it.
         failed,

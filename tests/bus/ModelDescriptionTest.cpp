@@ -54,8 +54,7 @@ std::map<QString, Interface> interfacesIn(const QByteArray& document)
         } else if (xml.name() == QLatin1String("property")) {
             property = &interface->properties[name];
             *property = {attribute("type"), attribute("access"), {}};
-        } else if (xml.name() == QLatin1String("annotation")) {
-            EXPECT_EQ(name, QStringLiteral("org.freedesktop.DBus.Property.EmitsChangedSignal"));
+        } else if (name == QLatin1String("org.freedesktop.DBus.Property.EmitsChangedSignal")) {
             property->emitsChanged = attribute("value");
         } else if (xml.name() == QLatin1String("method")) {
             method = &interface->methods[name];
@@ -176,7 +175,7 @@ TEST_F(ModelDescriptionTest, NamesEveryMethodWithItsArguments)
 TEST_F(ModelDescriptionTest, NamesWhatCanBeCalled)
 {
     for (const auto& [name, arguments] : interface.methods) {
-        const QDBusMessage wrong = peer.callModel(name, {QVariantList{}});
+        const QDBusMessage wrong = peer.callModel(name, {1.5});
         EXPECT_EQ(wrong.errorName(), QStringLiteral("org.freedesktop.DBus.Error.InvalidArgs"))
             << name.toStdString();
         QVariantList right;

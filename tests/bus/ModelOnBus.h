@@ -6,7 +6,10 @@
 #include "tests/bus/ChangeListener.h"
 #include "tests/support/PrivateBus.h"
 
+#include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 
 namespace roost::test {
 
@@ -20,7 +23,9 @@ public:
     {
         seat_ = std::make_unique<BusPeer>(bus_->address());
         adaptor_->attach(seat_->connection());
-        ASSERT_EQ(seat_->takeName(), 1U);
+        // The one before may still be on its way out.
+        while (seat_->takeName() != 1U) {
+        }
         seat_->catchUp();
     }
 
@@ -74,13 +79,26 @@ private:
     std::unique_ptr<ModelAdaptor> adaptor_;
 };
 
-/// Whether two states say the same.
-inline bool agree(const AppState& one, const AppState& other)
+/// What two states say differently, by the names of the properties; empty when they agree.
+inline std::string difference(const AppState& one, const AppState& other)
 {
-    return one.accounts() == other.accounts() && one.isRefreshing() == other.isRefreshing() &&
-           one.lastRefreshAt() == other.lastRefreshAt() && one.signInState() == other.signInState() &&
-           one.selectedProfileID() == other.selectedProfileID() &&
-           one.launchAtLogin() == other.launchAtLogin() && one.updateStatus() == other.updateStatus();
+    std::string names;
+    const auto compare = [&](const char* name, auto get) {
+        if (std::invoke(get, one) != std::invoke(get, other)) {
+            names += std::string(name) + ' ';
+        }
+    };
+    compare("accounts", &AppState::accounts);
+    compare("isRefreshing", &AppState::isRefreshing);
+    compare("lastRefreshAt", &AppState::lastRefreshAt);
+    compare("signInState", &AppState::signInState);
+    compare("selectedProfileID", &AppState::selectedProfileID);
+    compare("launchAtLogin", &AppState::launchAtLogin);
+    compare("updateStatus", &AppState::updateStatus);
+    return names;
 }
+
+/// Whether two states say the same.
+inline bool agree(const AppState& one, const AppState& other) { return difference(one, other).empty(); }
 
 } // namespace roost::test

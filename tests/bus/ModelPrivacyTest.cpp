@@ -92,7 +92,10 @@ TEST(ModelPrivacy, HasNoSecretCrossTheBus)
     app.world.time.advance(1s);
     app.world.roost.trouble = [](const HttpRequest&) { return response(401, "access- refresh-"); };
     app.world.time.advance(1000s);
-    await(proxy.requestRefresh(true));
+    Pending refreshing(proxy.requestRefresh(true));
+    ASSERT_TRUE(runUntil([&] { return app.world.state().isRefreshing(); }));
+    app.world.time.advance(100s);
+    EXPECT_EQ(refreshing.get(), ModelProxy::Answer::done);
     await(proxy.signOut("p2"));
     const BusPeer peer(app.bus().address());
     peer.callModel(QStringLiteral("GetAll"), {RoostBus::modelInterface}, RoostBus::propertiesInterface);

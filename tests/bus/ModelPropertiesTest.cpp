@@ -83,12 +83,16 @@ TEST(ModelProperties, NameTheSignalsOfTheirChanges)
     }
 }
 
-TEST(ModelProperties, LeaveOutTextsThatTheBusWouldCutOff)
+TEST(ModelProperties, LeaveOutTextsThatWouldNotArriveAsTheyAre)
 {
     AppState state;
-    state.setSelectedProfileID(std::string("a\0b", 3));
     const auto& property = *ModelProperties::find(QStringLiteral("SelectedProfileID"));
-    EXPECT_EQ(property.value(state).toStringList(), QStringList{});
+    for (const std::string& text : {std::string("a\0b", 3), std::string("\uFEFFa"), std::string("a\xFF")}) {
+        state.setSelectedProfileID(text);
+        EXPECT_EQ(property.value(state).toStringList(), QStringList{}) << text;
+    }
+    state.setSelectedProfileID("a\uFEFF");
+    EXPECT_EQ(property.value(state).toStringList().size(), 1);
 }
 
 TEST(ModelProperties, TakeNothingOfAnotherForm)

@@ -1,3 +1,4 @@
+#include "bus/BusValues.h"
 #include "bus/ModelProxy.h"
 #include "tests/bus/ModelOnBus.h"
 #include "tests/support/RandomSnapshot.h"
@@ -60,7 +61,7 @@ private:
     {
         std::string text = random_.text();
         std::erase(text, '\0');
-        return text;
+        return BusValues::canCross(text) ? text : "x" + text;
     }
 
     std::optional<std::string> perhaps()
@@ -84,8 +85,12 @@ class ModelProxyLaw : public testing::TestWithParam<std::uint64_t>, protected Mo
 
 TEST_P(ModelProxyLaw, SaysWhatTheAppSaysAfterAnything)
 {
-    RandomSnapshot random(GetParam());
-    world.store.write(random.storeFile());
+    RoostStoreFile file = RandomSnapshot(GetParam()).storeFile();
+    for (RoostAccountRecord& account : file.accounts) {
+        // The one that comes first is selected when the one before signs out.
+        account.profileId = BusValues::canCross(account.profileId) ? account.profileId : "odd";
+    }
+    ASSERT_TRUE(world.store.write(file));
     world.signInBefore("p0");
     startOnBus();
     ModelProxy proxy(bus().address());
@@ -105,7 +110,8 @@ TEST_P(ModelProxyLaw, SaysWhatTheAppSaysAfterAnything)
         }
         if (life.below(2) == 0) {
             const auto agrees = [&] { return proxy.isRunning() && agree(proxy.state(), world.state()); };
-            ASSERT_TRUE(runUntil(agrees)) << "round " << round;
+            ASSERT_TRUE(runUntil(agrees)) << "round " << round << ": " << proxy.isRunning() << ' '
+                                          << difference(proxy.state(), world.state());
         }
     }
     EXPECT_TRUE(runUntil([&] { return proxy.isRunning() && agree(proxy.state(), world.state()); }));

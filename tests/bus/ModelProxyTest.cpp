@@ -167,6 +167,7 @@ TEST_F(ModelProxyTest, HasTheAppDoWhatItIsAsked)
     EXPECT_EQ(await(proxy.openRoost()), Answer::done);
     EXPECT_EQ(world.opened.size(), 1U);
     EXPECT_EQ(await(proxy.requestRefresh(false)), Answer::done);
+    world.time.advance(1s);
     EXPECT_THAT(world.widgetRequests(), ElementsAre("widget p2"));
     world.browser.profileOfNextSignIn = "p2";
     EXPECT_EQ(await(proxy.signIn()), Answer::done);
@@ -201,6 +202,7 @@ TEST_F(ModelProxyTest, DoesNotAskAboutAnotherProfileThanTheOneThatIsMeant)
     ASSERT_TRUE(await(proxy.connectToApp()));
     EXPECT_EQ(await(proxy.signOut(std::string("p1\0", 3))), Answer::noSuchProfile);
     EXPECT_EQ(await(proxy.select(std::string("p1\0x", 4))), Answer::noSuchProfile);
+    EXPECT_EQ(await(proxy.select("\uFEFFp1")), Answer::noSuchProfile);
     EXPECT_EQ(world.state().accounts().size(), 2U);
     EXPECT_EQ(world.state().selectedProfileID(), std::nullopt);
 }
