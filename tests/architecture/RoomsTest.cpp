@@ -125,6 +125,22 @@ TEST(Rooms, AreRecognisedInIncludesAndImports)
                 testing::ElementsAre("model", "views"));
 }
 
+TEST(Rooms, LetOnlyTheAppsOwnSideOfTheBusKnowTheApp)
+{
+    // Whoever looks on from another process carries nothing of the app, and no secret with it.
+    std::set<std::string> knowing;
+    for (const fs::path& file : sourcesIn("bus")) {
+        if (roomsEntered(textOf(file)).contains("app")) {
+            knowing.insert(file.filename().string());
+        }
+    }
+    EXPECT_THAT(knowing, testing::ElementsAre("ModelAdaptor.h", "ModelMethods.h"));
+    const std::string build = textOf(root / "bus/CMakeLists.txt");
+    const std::string looking = build.substr(0, build.find("add_library(roost_bus_app"));
+    EXPECT_THAT(looking, testing::Not(testing::HasSubstr("ModelAdaptor")));
+    EXPECT_THAT(looking, testing::Not(testing::HasSubstr("roost_app")));
+}
+
 TEST(Rooms, HaveNoCycles)
 {
     const auto arrows = arrowsOf(architecture);

@@ -19,9 +19,11 @@ public:
     explicit ModelOnBus(PrivateBus::Users users = PrivateBus::Users::thisOne) : bus_(std::in_place, users) {}
 
     /// The app comes to the bus, under its name. It has been started.
-    void appear()
+    void appear() { appearAt(bus_->address()); }
+
+    void appearAt(const QString& address)
     {
-        seat_ = std::make_unique<BusPeer>(bus_->address());
+        seat_ = std::make_unique<BusPeer>(address);
         adaptor_->attach(seat_->connection());
         // The one before may still be on its way out.
         while (seat_->takeName() != 1U) {
