@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/AppModel.h"
+#include "model/Arrival.h"
 #include "service/InMemorySecretStore.h"
 #include "tests/notify/ScriptedNotificationCenter.h"
 #include "tests/support/Await.h"

@@ -48,6 +48,13 @@ protected:
         return std::exchange(listener->changes, {});
     }
 
+    /// A call of the model, as it comes from the peer.
+    QDBusMessage callFromPeer(const QString& method) const
+    {
+        return QDBusMessage::createMethodCall(peer->uniqueName(), RoostBus::modelPath,
+                                              RoostBus::modelInterface, method);
+    }
+
     CountingUpdater updater;
     std::optional<BusPeer> peer;
     std::optional<ChangeListener> listener;
@@ -130,6 +137,19 @@ TEST_F(ModelAdaptorTest, AnswersASignOutWhenTheTokenIsGone)
     EXPECT_THAT(world.state().accounts(), SizeIs(1));
 }
 
+TEST_F(ModelAdaptorTest, DoesNotAnswerASignOutBeforeTheTokenIsGone)
+{
+    world.lock.released.emplace();
+    Pending signingOut(peer->startModelCall(signOutMethod, {QStringLiteral("p1")}));
+    ASSERT_TRUE(runUntil([&] { return world.state().accounts().size() == 1; }));
+    peer->catchUp();
+    EXPECT_FALSE(signingOut.isDone());
+    EXPECT_NE(world.stored("p1"), "");
+    world.lock.released->set(true);
+    EXPECT_EQ(signingOut.get().type(), QDBusMessage::ReplyMessage);
+    EXPECT_EQ(world.stored("p1"), "");
+}
+
 TEST_F(ModelAdaptorTest, KnowsNoOtherProfiles)
 {
     for (const QString& method : {selectMethod, signOutMethod}) {
@@ -180,6 +200,55 @@ TEST_F(ModelAdaptorTest, AnswersBeforeItQuits)
     quit();
     EXPECT_EQ(quitting.get().type(), QDBusMessage::ReplyMessage);
     EXPECT_EQ(quits, 1);
+}
+
+TEST_F(ModelAdaptorTest, QuitsOnlyWhenTheCallHasBeenDealtWith)
+{
+    peer->callModel(selectMethod, {QStringLiteral("p1")});
+    EXPECT_TRUE(adaptor().handleMessage(callFromPeer(QStringLiteral("Quit")), seat().connection()));
+    EXPECT_EQ(quits, 0);
+    EXPECT_TRUE(runUntil([&] { return quits == 1; }));
+}
+
+TEST_F(ModelAdaptorTest, DoesNothingThatWasOnItsWayWhenItLeft)
+{
+    const BusPeer place(bus().address());
+    auto brief = std::make_unique<ModelAdaptor>(world.app(), [this] { ++quits; });
+    brief->attach(place.connection());
+    const QDBusMessage call = callFromPeer(QStringLiteral("Quit"));
+    // Nobody knows yet who calls.
+    EXPECT_TRUE(brief->handleMessage(call, place.connection()));
+    brief->detach();
+    EXPECT_FALSE(brief->handleMessage(call, place.connection()));
+    place.catchUp();
+    brief->attach(place.connection());
+    EXPECT_FALSE(brief->handleMessage(call, seat().connection())) << "it came by another connection";
+    EXPECT_TRUE(brief->handleMessage(call, place.connection()));
+    brief.reset();
+    place.catchUp();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(quits, 0);
+}
+
+TEST_F(ModelAdaptorTest, LeavesNothingBehindOnItsConnection)
+{
+    const BusPeer place(bus().address());
+    auto brief = std::make_unique<ModelAdaptor>(world.app(), [] {});
+    brief->attach(place.connection());
+    QDBusMessage introspect = QDBusMessage::createMethodCall(
+        place.uniqueName(), RoostBus::modelPath, QStringLiteral("org.freedesktop.DBus.Introspectable"),
+        QStringLiteral("Introspect"));
+    const auto described = [&] {
+        const QDBusMessage answer = await(callOnBus(peer->connection(), introspect, guardTime));
+        return answer.arguments().value(0).toString().contains(RoostBus::modelInterface);
+    };
+    EXPECT_TRUE(described());
+    brief->detach();
+    EXPECT_FALSE(described());
+    brief->attach(place.connection());
+    EXPECT_TRUE(described());
+    brief.reset();
+    EXPECT_FALSE(described());
 }
 
 TEST_F(ModelAdaptorTest, KeepsTheOrderOfACallersCalls)

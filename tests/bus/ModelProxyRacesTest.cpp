@@ -17,15 +17,18 @@ class ScriptedApp {
 public:
     explicit ScriptedApp(const PrivateBus& bus) : peer(bus.address()) {}
 
-    /// Answers the call that came first with what `state` says.
-    void answer()
+    /// What `state` says.
+    QVariantMap everything() const
     {
         QVariantMap values;
         for (const auto& [name, property] : ModelProperties::all()) {
             values.insert(name, property.value(state));
         }
-        answerWith({values});
+        return values;
     }
+
+    /// Answers the call that came first with that.
+    void answer() { answerWith({everything()}); }
 
     void answerWith(const QVariantList& arguments)
     {
@@ -122,16 +125,44 @@ TEST_F(ModelProxyRacesTest, BelievesWhatCameWhileItReads)
     ASSERT_EQ(app.peer.takeName(), 1U);
     Pending connecting(proxy.connectToApp());
     ASSERT_TRUE(app.isAsked());
-    QVariantMap old;
-    for (const auto& [name, property] : ModelProperties::all()) {
-        old.insert(name, property.value(app.state));
-    }
+    const QVariantMap old = app.everything();
     app.state.setRefreshing(true);
     app.announce("IsRefreshing");
     app.answerWith({old});
     answerAll();
     EXPECT_TRUE(connecting.get());
     EXPECT_TRUE(proxy.state().isRefreshing());
+}
+
+TEST_F(ModelProxyRacesTest, BelievesWhatCameWhileItReadsAgain)
+{
+    connectBoth();
+    app.announceValues({}, {QStringLiteral("Accounts")});
+    ASSERT_TRUE(app.isAsked());
+    const QVariantMap old = app.everything();
+    app.state.setRefreshing(true);
+    app.announce("IsRefreshing");
+    settle();
+    app.answerWith({old});
+    answerAll();
+    EXPECT_TRUE(proxy.state().isRefreshing());
+}
+
+TEST_F(ModelProxyRacesTest, TakesNothingFromAnAppThatLeftBeforeItAnswered)
+{
+    std::vector<bool> running;
+    QObject::connect(&proxy, &ModelProxy::isRunningChanged, &proxy,
+                     [&] { running.push_back(proxy.isRunning()); });
+    ASSERT_EQ(app.peer.takeName(), 1U);
+    Pending connecting(proxy.connectToApp());
+    ASSERT_TRUE(app.isAsked());
+    app.peer.leaveName();
+    settle();
+    app.state.setSelectedProfileID("left");
+    app.answer();
+    EXPECT_FALSE(connecting.get());
+    EXPECT_TRUE(running.empty());
+    EXPECT_EQ(proxy.state().selectedProfileID(), std::nullopt);
 }
 
 TEST_F(ModelProxyRacesTest, DoesNotTakeAnAppThatLeavesForOneThatRuns)
