@@ -24,7 +24,7 @@ Listener::Listener(QDBusConnection connection, QString name, std::function<void(
       name_(std::move(name)),
       heard_(std::move(heard))
 {
-    // Matched by the first argument: other notifications wake nobody here.
+    // Matched by the first argument: other notifications do not come here.
     connection_.connect({}, RoostBus::path, RoostBus::notificationInterface, member, {name_},
                         QStringLiteral("sx"), this, SLOT(hear(QString, qlonglong)));
 }
@@ -35,13 +35,11 @@ Listener::~Listener()
                            QStringLiteral("sx"), this, SLOT(hear(QString, qlonglong)));
 }
 
-void Listener::hear(const QString& name, qlonglong milliseconds)
+void Listener::hear(const QString& /*name*/, qlonglong milliseconds)
 {
-    if (name == name_) {
-        // A copy: whoever hears it may let this go.
-        const auto heard = heard_;
-        heard(Date{std::chrono::milliseconds{milliseconds}});
-    }
+    // A copy: whoever hears it may let this go.
+    const auto heard = heard_;
+    heard(Date{std::chrono::milliseconds{milliseconds}});
 }
 
 } // namespace roost::CrossProcessNotification

@@ -148,6 +148,28 @@ TEST_F(ModelProxyRacesTest, BelievesWhatCameWhileItReadsAgain)
     EXPECT_TRUE(proxy.state().isRefreshing());
 }
 
+TEST_F(ModelProxyRacesTest, BelievesTheBusThatTellsOfAnAppWhileItIsAsked)
+{
+    ASSERT_FALSE(await(proxy.connectToApp()));
+    Pending again(proxy.connectToApp());
+    // The answer that there is none is on its way before there is one, and is looked at after.
+    for (int i = 0; i < 20; ++i) {
+        ASSERT_FALSE(bus.hasName(RoostBus::name));
+    }
+    QDBusMessage taking =
+        QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/"),
+                                       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("RequestName"));
+    taking.setArguments({RoostBus::name, 0U});
+    app.peer.connection().call(taking);
+    for (int i = 0; i < 20; ++i) {
+        ASSERT_TRUE(bus.hasName(RoostBus::name));
+    }
+    ASSERT_TRUE(app.isAsked());
+    answerAll();
+    static_cast<void>(again.get());
+    EXPECT_TRUE(proxy.isRunning());
+}
+
 TEST_F(ModelProxyRacesTest, TakesNothingFromAnAppThatLeftBeforeItAnswered)
 {
     std::vector<bool> running;
