@@ -10,6 +10,8 @@
 #include <QFile>
 #include <QXmlStreamReader>
 
+#include <algorithm>
+
 namespace roost::test {
 namespace {
 
@@ -155,8 +157,9 @@ TEST_F(ModelDescriptionTest, GivesTheTypesOfWhatIsAnnounced)
     world.signIn("p1");
     world.app().setUpdateStatus({"2.0", "3.0", true});
     ASSERT_TRUE(runUntil([&] {
-        return !listener.changes.empty() &&
-               listener.changes.back().values.contains(QStringLiteral("UpdateStatus"));
+        return std::ranges::any_of(listener.changes, [](const ChangeListener::Change& change) {
+            return change.values.contains(QStringLiteral("UpdateStatus"));
+        });
     }));
     for (const ChangeListener::Change& change : listener.changes) {
         for (const QString& name : change.values.keys()) {
