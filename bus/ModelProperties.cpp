@@ -18,10 +18,11 @@ Property property()
             .take =
                 [](AppState& state, const QVariant& received) {
                     std::optional<Value> value = BusValues::received<Value>(received);
-                    if (value) {
+                    const bool isOfForm = value.has_value();
+                    if (isOfForm) {
                         std::invoke(set, state, *std::move(value));
                     }
-                    return value.has_value();
+                    return isOfForm;
                 },
             .changed = changed};
 }
