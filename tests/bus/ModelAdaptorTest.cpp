@@ -139,13 +139,13 @@ TEST_F(ModelAdaptorTest, AnswersASignOutWhenTheTokenIsGone)
 
 TEST_F(ModelAdaptorTest, DoesNotAnswerASignOutBeforeTheTokenIsGone)
 {
-    world.lock.released.emplace();
+    world.lock.hold();
     Pending signingOut(peer->startModelCall(signOutMethod, {QStringLiteral("p1")}));
     ASSERT_TRUE(runUntil([&] { return world.state().accounts().size() == 1; }));
     peer->catchUp();
     EXPECT_FALSE(signingOut.isDone());
     EXPECT_NE(world.stored("p1"), "");
-    world.lock.released->set(true);
+    world.lock.release();
     EXPECT_EQ(signingOut.get().type(), QDBusMessage::ReplyMessage);
     EXPECT_EQ(world.stored("p1"), "");
 }
