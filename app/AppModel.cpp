@@ -26,10 +26,11 @@ AppModel::AppModel(Parts parts)
                 announcements_,
                 {parts_.store, parts_.secrets, parts_.oauth, parts_.lock, parts_.widgets, parts_.now,
                  [this] { return RoostL10n::bundle(parts_.format().locale()).text("Profile"); }}},
+      signInBrowser_{parts_.browser},
       signIn_{state_,
               accounts_,
-              {SignInFlow{parts_.oauth, parts_.api, parts_.browser, parts_.randomBytes, parts_.pause},
-               parts_.oauth, parts_.secrets, [this] { return parts_.format().locale(); }}},
+              {SignInFlow{parts_.oauth, parts_.api, signInBrowser_, parts_.randomBytes, parts_.pause},
+               signInBrowser_, parts_.oauth, parts_.secrets, [this] { return parts_.format().locale(); }}},
       loop_{std::make_shared<RefreshLoop>(
           state_, RefreshLoop::Parts{[this](std::stop_token stop) { return sync(std::move(stop)); },
                                      [this] { accounts_.persist(Accounts::Reload::yes); }, parts_.now,
@@ -129,17 +130,17 @@ QCoro::Task<RefreshLoop::Outcomes> AppModel::sync(std::stop_token stop)
     co_return outcomes;
 }
 
-QCoro::Task<void> AppModel::signIn() { return tasks_.add(signInAndSelect()); }
+QCoro::Task<std::optional<std::string>> AppModel::signIn() { return tasks_.add(signInAndSelect()); }
 
-QCoro::Task<void> AppModel::signInAndSelect()
+QCoro::Task<std::optional<std::string>> AppModel::signInAndSelect()
 {
     if (quitting_.stop_requested()) {
-        co_return;
+        co_return std::nullopt;
     }
-    auto signing = signIn_.run(quitting_.get_token());
-    const std::optional<std::string> profileId = co_await signing;
+    auto signing = signIn_.run();
+    std::optional<std::string> profileId = co_await signing;
     if (!profileId) {
-        co_return;
+        co_return std::nullopt;
     }
     select(profileId);
     accounts_.persist(Accounts::Reload::yes);
@@ -149,6 +150,7 @@ QCoro::Task<void> AppModel::signInAndSelect()
     if (!quitting_.stop_requested()) {
         announcements_.askForPermission();
     }
+    co_return profileId;
 }
 
 QCoro::Task<void> AppModel::signOut(std::string profileId)
@@ -193,6 +195,7 @@ RoostWidgetModel::Content AppModel::content(Date at) const { return RoostTimelin
 QCoro::Task<void> AppModel::quit()
 {
     quitting_.request_stop();
+    signIn_.cancel();
     folderWatcher_.reset();
     loop_->stop();
     auto looping = loop_->settled();

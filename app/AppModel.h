@@ -21,6 +21,7 @@
 #include <QCoro/QCoroTask>
 #include <QUrl>
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -68,6 +69,10 @@ public:
 
     const AppState& state() const { return state_; }
 
+    /// Which service it reads, and the folder that it shares with widgets.
+    const QUrl& baseURL() const { return parts_.baseURL; }
+    const std::filesystem::path& sharedFolder() const { return parts_.store.directory(); }
+
     /// Loads the profiles, listens to the system and begins to refresh. The records of the shared file are
     /// published at once; the rest follows when the secret store has answered or failed to. Does nothing when
     /// called again. Ends when the first cycle has begun.
@@ -84,8 +89,14 @@ public:
     void noticeRefreshNote();
 
     /// Signs a profile in through the browser. What comes of it is published; a second call meanwhile does
-    /// nothing, nor does one after `quit`.
-    QCoro::Task<void> signIn();
+    /// nothing, nor does one after `quit`. The profile that signed in here; nothing when none did.
+    QCoro::Task<std::optional<std::string>> signIn();
+
+    /// Gives the running sign-in up, as if the browser had been closed.
+    void cancelSignIn() { signIn_.cancel(); }
+
+    /// What the running sign-in opens in the browser; `SignInBrowser::address` tells more.
+    QCoro::Task<std::optional<std::string>> signInAddress() { return tasks_.add(signInBrowser_.address()); }
 
     /// Forgets the profile here. Cannot fail.
     QCoro::Task<void> signOut(std::string profileId);
@@ -118,7 +129,7 @@ public:
 private:
     QCoro::Task<void> begin();
     QCoro::Task<RefreshLoop::Outcomes> sync(std::stop_token stop);
-    QCoro::Task<void> signInAndSelect();
+    QCoro::Task<std::optional<std::string>> signInAndSelect();
     void noticeRequest(Date at);
     bool isNew(Date request) const;
     void applyLoginDefaultOnce();
@@ -127,6 +138,7 @@ private:
     AppState state_;
     Announcements announcements_;
     Accounts accounts_;
+    SignInBrowser signInBrowser_;
     SignIn signIn_;
     std::shared_ptr<RefreshLoop> loop_;
     NoUpdates noUpdates_;

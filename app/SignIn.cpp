@@ -15,16 +15,26 @@ SignIn::SignIn(AppState& state, Accounts& accounts, Parts parts)
 {
 }
 
-QCoro::Task<std::optional<std::string>> SignIn::run(std::stop_token stop)
+QCoro::Task<std::optional<std::string>> SignIn::run()
 {
     if (std::holds_alternative<SignInState::InProgress>(state_->signInState())) {
         co_return std::nullopt;
     }
+    givingUp_ = std::stop_source{};
+    parts_.browser.begin();
     state_->setSignInState(SignInState::InProgress{});
     qCInfo(RoostLog::auth, "sign-in started");
+    auto attempting = attempt();
+    std::optional<std::string> profileId = co_await attempting;
+    parts_.browser.end();
+    co_return profileId;
+}
+
+QCoro::Task<std::optional<std::string>> SignIn::attempt()
+{
     auto opening = openStore();
     co_await opening;
-    auto flowing = parts_.flow.run(stop);
+    auto flowing = parts_.flow.run(givingUp_.get_token());
     auto result = co_await flowing;
     if (!result) {
         fail(result.error());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Accounts.h"
+#include "app/SignInBrowser.h"
 #include "model/AppState.h"
 #include "service/OAuthClient.h"
 #include "service/SecretStore.h"
@@ -19,7 +20,9 @@ namespace roost {
 class SignIn {
 public:
     struct Parts {
+        /// Over `browser`.
         SignInFlow flow;
+        SignInBrowser& browser;
         OAuthClient oauth;
         SecretStore& secrets;
         /// The user's language.
@@ -32,20 +35,26 @@ public:
 
     /// One whole sign-in, whose end is the published state; nothing while another is running. The profile
     /// that signed in; nothing when none did, and then nothing is changed that was there. The caller selects
-    /// the profile and writes the records. A stop counts as giving up.
-    QCoro::Task<std::optional<std::string>> run(std::stop_token stop);
+    /// the profile, writes the records, and has the state become idle.
+    QCoro::Task<std::optional<std::string>> run();
+
+    /// Gives the running sign-in up. Nothing without one, and when the service has allowed it already.
+    void cancel() { givingUp_.request_stop(); }
 
     /// The sentence that users are shown, in the language of `locale`; empty for what they stopped
     /// themselves.
     static std::string message(const AuthFailure& failure, const std::string& locale);
 
 private:
+    QCoro::Task<std::optional<std::string>> attempt();
     QCoro::Task<void> openStore();
     void fail(const AuthFailure& failure);
 
     AppState* state_;
     Accounts* accounts_;
     Parts parts_;
+    /// Of the latest sign-in.
+    std::stop_source givingUp_;
 };
 
 } // namespace roost

@@ -4,12 +4,12 @@
 
 namespace roost {
 
-QCoro::Task<void> TaskGroup::run(std::shared_ptr<State> state, QCoro::Task<void> task)
+TaskGroup::Running::Running(std::shared_ptr<State> state) : state_{std::move(state)} { ++state_->running; }
+
+TaskGroup::Running::~Running()
 {
-    ++state->running;
-    co_await task;
-    if (--state->running == 0 && state->ended) {
-        const std::shared_ptr<Completion<bool>> ended = std::exchange(state->ended, nullptr);
+    if (--state_->running == 0 && state_->ended) {
+        const std::shared_ptr<Completion<bool>> ended = std::exchange(state_->ended, nullptr);
         ended->complete(true);
     }
 }

@@ -12,8 +12,12 @@ namespace roost {
 /// its tasks.
 class TaskGroup {
 public:
-    /// Keeps count of `task`, which goes on by itself. Ends with it.
-    QCoro::Task<void> add(QCoro::Task<void> task) { return run(state_, std::move(task)); }
+    /// Keeps count of `task`, which goes on by itself. Ends with it, and with its result.
+    template <class T>
+    QCoro::Task<T> add(QCoro::Task<T> task)
+    {
+        return run(state_, std::move(task));
+    }
 
     /// Ends when none of them runs; those that are added meanwhile are waited for as well.
     QCoro::Task<void> settled() const { return settle(state_); }
@@ -25,7 +29,24 @@ private:
         std::shared_ptr<Completion<bool>> ended;
     };
 
-    static QCoro::Task<void> run(std::shared_ptr<State> state, QCoro::Task<void> task);
+    /// One running task, as long as it lives.
+    class Running {
+    public:
+        explicit Running(std::shared_ptr<State> state);
+        ~Running();
+        Running(const Running&) = delete;
+        Running& operator=(const Running&) = delete;
+
+    private:
+        std::shared_ptr<State> state_;
+    };
+
+    template <class T>
+    static QCoro::Task<T> run(std::shared_ptr<State> state, QCoro::Task<T> task)
+    {
+        const Running running{std::move(state)};
+        co_return co_await task;
+    }
     static QCoro::Task<void> settle(std::shared_ptr<State> state);
 
     std::shared_ptr<State> state_ = std::make_shared<State>();

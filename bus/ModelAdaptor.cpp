@@ -147,13 +147,14 @@ void ModelAdaptor::run(const ModelMethods::Method& method, const QDBusMessage& c
 }
 
 QCoro::Task<void> ModelAdaptor::answerAfter(std::shared_ptr<Presence> presence, QDBusMessage call,
-                                            QCoro::Task<std::optional<ModelMethods::Refusal>> running)
+                                            QCoro::Task<ModelMethods::Answer> running)
 {
     ++presence->unanswered;
-    const std::optional<ModelMethods::Refusal> refusal = co_await running;
+    const ModelMethods::Answer answer = co_await running;
     --presence->unanswered;
     answerOnBus(presence->connection, call,
-                refusal ? call.createErrorReply(refusal->error, refusal->reason) : call.createReply());
+                answer ? call.createReply(*answer)
+                       : call.createErrorReply(answer.error().error, answer.error().reason));
 }
 
 void ModelAdaptor::changed(const QString& name)

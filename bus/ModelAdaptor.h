@@ -48,7 +48,7 @@ private:
     QDBusMessage answerToProperties(const QDBusMessage& call) const;
     void run(const ModelMethods::Method& method, const QDBusMessage& call);
     static QCoro::Task<void> answerAfter(std::shared_ptr<Presence> presence, QDBusMessage call,
-                                         QCoro::Task<std::optional<ModelMethods::Refusal>> running);
+                                         QCoro::Task<ModelMethods::Answer> running);
     void changed(const QString& name);
     void announce();
 

@@ -1,24 +1,24 @@
 #include "bus/ModelMethods.h"
 
+#include "bus/BusValues.h"
 #include "bus/RoostBus.h"
 
 namespace roost::ModelMethods {
 
 namespace {
 
-using Answer = QCoro::Task<std::optional<Refusal>>;
+using Answering = QCoro::Task<Answer>;
+
+const Answer done = QVariantList{};
 
 std::string textIn(const QVariantList& arguments) { return arguments.at(0).toString().toStdString(); }
 
-std::optional<Refusal> refusalFor(const App& app, const std::string& profileId)
+Answer noSuchProfile()
 {
-    if (app.model->state().account(profileId) != nullptr) {
-        return std::nullopt;
-    }
-    return Refusal{RoostBus::noSuchProfile, QStringLiteral("There is no such profile.")};
+    return std::unexpected(Refusal{RoostBus::noSuchProfile, QStringLiteral("There is no such profile.")});
 }
 
-Answer requestRefresh(App app, QVariantList arguments)
+Answering requestRefresh(App app, QVariantList arguments)
 {
     const bool isToWait = arguments.at(0).toBool();
     if (isToWait) {
@@ -27,58 +27,82 @@ Answer requestRefresh(App app, QVariantList arguments)
     } else {
         app.model->requestRefresh();
     }
-    co_return std::nullopt;
+    co_return Answer{done};
 }
 
-Answer signIn(App app, QVariantList /*arguments*/)
+Answering signIn(App app, QVariantList arguments)
 {
-    app.model->signIn();
-    co_return std::nullopt;
+    const bool isToWait = arguments.at(0).toBool();
+    auto signingIn = app.model->signIn();
+    std::optional<std::string> profileId;
+    if (isToWait) {
+        profileId = co_await signingIn;
+    }
+    co_return Answer{QVariantList{BusValues::sent(profileId)}};
 }
 
-Answer signOut(App app, QVariantList arguments)
+Answering signInAddress(App app, QVariantList /*arguments*/)
+{
+    auto asking = app.model->signInAddress();
+    const std::optional<std::string> address = co_await asking;
+    co_return Answer{QVariantList{BusValues::sent(address)}};
+}
+
+Answering cancelSignIn(App app, QVariantList /*arguments*/)
+{
+    app.model->cancelSignIn();
+    co_return Answer{done};
+}
+
+Answering signOut(App app, QVariantList arguments)
 {
     const std::string profileId = textIn(arguments);
-    std::optional<Refusal> refusal = refusalFor(app, profileId);
-    if (!refusal) {
-        auto signingOut = app.model->signOut(profileId);
-        co_await signingOut;
+    if (app.model->state().account(profileId) == nullptr) {
+        co_return noSuchProfile();
     }
-    co_return refusal;
+    auto signingOut = app.model->signOut(profileId);
+    co_await signingOut;
+    co_return Answer{done};
 }
 
-Answer select(App app, QVariantList arguments)
+Answering select(App app, QVariantList arguments)
 {
     const std::string profileId = textIn(arguments);
-    std::optional<Refusal> refusal = refusalFor(app, profileId);
-    if (!refusal) {
-        app.model->select(profileId);
+    if (app.model->state().account(profileId) == nullptr) {
+        co_return noSuchProfile();
     }
-    co_return refusal;
+    app.model->select(profileId);
+    co_return Answer{done};
 }
 
-Answer openRoost(App app, QVariantList /*arguments*/)
+Answering openRoost(App app, QVariantList /*arguments*/)
 {
     app.model->openRoost();
-    co_return std::nullopt;
+    co_return Answer{done};
 }
 
-Answer checkForUpdates(App app, QVariantList /*arguments*/)
+Answering checkForUpdates(App app, QVariantList /*arguments*/)
 {
     app.model->updater().checkNow();
-    co_return std::nullopt;
+    co_return Answer{done};
 }
 
-Answer installAndRestart(App app, QVariantList /*arguments*/)
+Answering installAndRestart(App app, QVariantList /*arguments*/)
 {
     app.model->updater().installAndRestart();
-    co_return std::nullopt;
+    co_return Answer{done};
 }
 
-Answer quit(App app, QVariantList /*arguments*/)
+Answering identify(App app, QVariantList /*arguments*/)
+{
+    co_return Answer{QVariantList{app.model->baseURL().toString(QUrl::FullyEncoded),
+                                  QString::fromStdString(app.model->sharedFolder().string())}};
+}
+
+Answering quit(App app, QVariantList /*arguments*/)
 {
     app.quitSoon();
-    co_return std::nullopt;
+    co_return Answer{done};
 }
 
 } // namespace
@@ -86,14 +110,17 @@ Answer quit(App app, QVariantList /*arguments*/)
 const std::map<QString, Method>& all()
 {
     static const std::map<QString, Method> methods{
-        {QStringLiteral("RequestRefresh"), {QStringLiteral("b"), requestRefresh}},
-        {QStringLiteral("SignIn"), {{}, signIn}},
-        {QStringLiteral("SignOut"), {QStringLiteral("s"), signOut}},
-        {QStringLiteral("Select"), {QStringLiteral("s"), select}},
-        {QStringLiteral("OpenRoost"), {{}, openRoost}},
-        {QStringLiteral("CheckForUpdates"), {{}, checkForUpdates}},
-        {QStringLiteral("InstallAndRestart"), {{}, installAndRestart}},
-        {QStringLiteral("Quit"), {{}, quit}},
+        {QStringLiteral("RequestRefresh"), {QStringLiteral("b"), {}, requestRefresh}},
+        {QStringLiteral("SignIn"), {QStringLiteral("b"), QStringLiteral("as"), signIn}},
+        {QStringLiteral("SignInAddress"), {{}, QStringLiteral("as"), signInAddress}},
+        {QStringLiteral("CancelSignIn"), {{}, {}, cancelSignIn}},
+        {QStringLiteral("SignOut"), {QStringLiteral("s"), {}, signOut}},
+        {QStringLiteral("Select"), {QStringLiteral("s"), {}, select}},
+        {QStringLiteral("OpenRoost"), {{}, {}, openRoost}},
+        {QStringLiteral("CheckForUpdates"), {{}, {}, checkForUpdates}},
+        {QStringLiteral("InstallAndRestart"), {{}, {}, installAndRestart}},
+        {QStringLiteral("Identify"), {{}, QStringLiteral("ss"), identify}},
+        {QStringLiteral("Quit"), {{}, {}, quit}},
     };
     return methods;
 }

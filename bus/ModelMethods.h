@@ -6,9 +6,9 @@
 #include <QString>
 #include <QVariantList>
 
+#include <expected>
 #include <functional>
 #include <map>
-#include <optional>
 
 /// What can be asked of the running app over the bus, as bus/world.brisken.roost.mac.Model1.xml describes it.
 /// Main thread.
@@ -28,11 +28,15 @@ struct Refusal {
     QString reason;
 };
 
+/// What is answered.
+using Answer = std::expected<QVariantList, Refusal>;
+
 struct Method {
-    /// The types of the arguments.
+    /// The types of the arguments, and of what is answered.
     QString signature;
+    QString results;
     /// Does it, with arguments of those types; ends when it is time to answer.
-    QCoro::Task<std::optional<Refusal>> (*run)(App app, QVariantList arguments);
+    QCoro::Task<Answer> (*run)(App app, QVariantList arguments);
 };
 
 /// All of them, by name.

@@ -17,8 +17,8 @@ namespace {
 
 const QString busName = QStringLiteral("org.freedesktop.DBus");
 constexpr std::chrono::seconds patience{5};
-/// A sign-out asks the keyring, a refresh many profiles.
-constexpr std::chrono::minutes longPatience{10};
+/// A sign-out asks the keyring, a refresh many profiles, a sign-in the user, who is given ten minutes.
+constexpr std::chrono::minutes longPatience{15};
 
 QDBusMessage callOf(const QString& app, const QString& interface, const QString& method,
                     const QVariantList& arguments)
@@ -206,19 +206,44 @@ void ModelProxy::setRunning(bool isRunning)
     }
 }
 
+QCoro::Task<QDBusMessage> ModelProxy::ask(std::shared_ptr<Link> link, QString method, QVariantList arguments,
+                                          std::chrono::milliseconds timeout)
+{
+    QDBusMessage answer;
+    if (link->bus) {
+        const auto call = callOf(RoostBus::name, RoostBus::modelInterface, method, arguments);
+        auto calling = callOnBus(link->bus->get(), call, timeout);
+        answer = co_await calling;
+    }
+    co_return answer;
+}
+
+ModelProxy::Answer ModelProxy::meaningOf(const QDBusMessage& answer)
+{
+    if (answer.type() == QDBusMessage::ReplyMessage) {
+        return Answer::done;
+    }
+    return answer.errorName() == RoostBus::noSuchProfile ? Answer::noSuchProfile : Answer::failed;
+}
+
 QCoro::Task<ModelProxy::Answer> ModelProxy::call(std::shared_ptr<Link> link, QString method,
                                                  QVariantList arguments, std::chrono::milliseconds timeout)
 {
-    if (!link->bus) {
-        co_return Answer::failed;
+    auto asking = ask(link, method, arguments, timeout);
+    const QDBusMessage answer = co_await asking;
+    co_return meaningOf(answer);
+}
+
+QCoro::Task<std::expected<std::optional<std::string>, ModelProxy::Answer>>
+ModelProxy::callForText(std::shared_ptr<Link> link, QString method, QVariantList arguments)
+{
+    auto asking = ask(link, method, arguments, longPatience);
+    const QDBusMessage answer = co_await asking;
+    const auto text = BusValues::received<std::optional<std::string>>(answer.arguments().value(0));
+    if (meaningOf(answer) != Answer::done || !text) {
+        co_return std::unexpected(Answer::failed);
     }
-    const auto call = callOf(RoostBus::name, RoostBus::modelInterface, method, arguments);
-    auto calling = callOnBus(link->bus->get(), call, timeout);
-    const QDBusMessage answer = co_await calling;
-    if (answer.type() == QDBusMessage::ReplyMessage) {
-        co_return Answer::done;
-    }
-    co_return answer.errorName() == RoostBus::noSuchProfile ? Answer::noSuchProfile : Answer::failed;
+    co_return *text;
 }
 
 QCoro::Task<ModelProxy::Answer> ModelProxy::callAbout(const std::string& profileId, QString method,
@@ -236,9 +261,23 @@ QCoro::Task<ModelProxy::Answer> ModelProxy::requestRefresh(bool wait)
     return call(link_, QStringLiteral("RequestRefresh"), {wait}, wait ? longPatience : patience);
 }
 
-QCoro::Task<ModelProxy::Answer> ModelProxy::signIn()
+QCoro::Task<std::expected<std::optional<std::string>, ModelProxy::Answer>> ModelProxy::signIn()
 {
-    return call(link_, QStringLiteral("SignIn"), {}, patience);
+    return callForText(link_, QStringLiteral("SignIn"), {true});
+}
+
+QCoro::Task<std::optional<std::string>> ModelProxy::signInAddress() { return addressOf(link_); }
+
+QCoro::Task<std::optional<std::string>> ModelProxy::addressOf(std::shared_ptr<Link> link)
+{
+    auto asking = callForText(link, QStringLiteral("SignInAddress"), {});
+    const auto address = co_await asking;
+    co_return address ? *address : std::nullopt;
+}
+
+QCoro::Task<ModelProxy::Answer> ModelProxy::cancelSignIn()
+{
+    return call(link_, QStringLiteral("CancelSignIn"), {}, patience);
 }
 
 QCoro::Task<ModelProxy::Answer> ModelProxy::signOut(std::string profileId)
@@ -264,6 +303,18 @@ QCoro::Task<ModelProxy::Answer> ModelProxy::checkForUpdates()
 QCoro::Task<ModelProxy::Answer> ModelProxy::installAndRestart()
 {
     return call(link_, QStringLiteral("InstallAndRestart"), {}, patience);
+}
+
+QCoro::Task<std::optional<ModelProxy::Identity>> ModelProxy::identify() { return identityOf(link_); }
+
+QCoro::Task<std::optional<ModelProxy::Identity>> ModelProxy::identityOf(std::shared_ptr<Link> link)
+{
+    auto asking = ask(link, QStringLiteral("Identify"), {}, patience);
+    const QDBusMessage answer = co_await asking;
+    if (meaningOf(answer) != Answer::done || answer.signature() != QLatin1String("ss")) {
+        co_return std::nullopt;
+    }
+    co_return Identity{answer.arguments().at(0).toString(), answer.arguments().at(1).toString()};
 }
 
 QCoro::Task<ModelProxy::Answer> ModelProxy::quitApp()

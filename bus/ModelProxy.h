@@ -11,7 +11,9 @@
 #include <QVariantMap>
 
 #include <chrono>
+#include <expected>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace roost {
@@ -47,13 +49,26 @@ public:
     /// Without `wait`, answered at once; with it, when the numbers are as fresh as the request makes them. A
     /// refresh may take minutes.
     QCoro::Task<Answer> requestRefresh(bool wait);
-    QCoro::Task<Answer> signIn();
+    /// Answered when the sign-in has ended, with the profile that signed in; nothing when none did, as when
+    /// another sign-in is running.
+    QCoro::Task<std::expected<std::optional<std::string>, Answer>> signIn();
+    /// What the running sign-in opens in the browser, when it does; nothing without one.
+    QCoro::Task<std::optional<std::string>> signInAddress();
+    QCoro::Task<Answer> cancelSignIn();
     /// Answered when the profile is forgotten.
     QCoro::Task<Answer> signOut(std::string profileId);
     QCoro::Task<Answer> select(std::string profileId);
     QCoro::Task<Answer> openRoost();
     QCoro::Task<Answer> checkForUpdates();
     QCoro::Task<Answer> installAndRestart();
+    /// Which app it is: the address of its service and the folder of its data. Nothing when it does not say.
+    struct Identity {
+        QString baseURL;
+        QString sharedFolder;
+
+        bool operator==(const Identity&) const = default;
+    };
+    QCoro::Task<std::optional<Identity>> identify();
     /// Answered before the app ends.
     QCoro::Task<Answer> quitApp();
 
@@ -76,6 +91,13 @@ private:
     static QCoro::Task<void> readUntilFresh(std::shared_ptr<Link> link);
     static QCoro::Task<Answer> call(std::shared_ptr<Link> link, QString method, QVariantList arguments,
                                     std::chrono::milliseconds timeout);
+    static QCoro::Task<std::expected<std::optional<std::string>, Answer>>
+    callForText(std::shared_ptr<Link> link, QString method, QVariantList arguments);
+    static QCoro::Task<std::optional<std::string>> addressOf(std::shared_ptr<Link> link);
+    static QCoro::Task<std::optional<Identity>> identityOf(std::shared_ptr<Link> link);
+    static QCoro::Task<QDBusMessage> ask(std::shared_ptr<Link> link, QString method, QVariantList arguments,
+                                         std::chrono::milliseconds timeout);
+    static Answer meaningOf(const QDBusMessage& answer);
     QCoro::Task<Answer> callAbout(const std::string& profileId, QString method,
                                   std::chrono::milliseconds timeout);
     void listen();

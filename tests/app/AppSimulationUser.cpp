@@ -8,6 +8,12 @@ namespace {
 using namespace std::chrono_literals;
 using Kind = SimulatedWorld::Kind;
 
+QCoro::Task<void> signInOf(AppModel& app)
+{
+    auto signingIn = app.signIn();
+    co_await signingIn;
+}
+
 } // namespace
 
 std::string AppSimulation::anyProfile() { return "p" + std::to_string(1 + dice_.below(4)); }
@@ -49,7 +55,11 @@ void AppSimulation::userSignsIn()
 {
     ++census_.signIns;
     if (std::holds_alternative<SignInState::InProgress>(world_.app->state().signInState())) {
-        world_.begin(Kind::changes, world_.app->signIn());
+        if (dice_.isOneIn(2)) {
+            world_.app->cancelSignIn();
+        } else {
+            world_.begin(Kind::changes, signInOf(*world_.app));
+        }
         return;
     }
     const std::string profileId = anyProfile();
@@ -61,7 +71,7 @@ void AppSimulation::userSignsIn()
         world_.roost.profiles.emplace(profileId, numbersOf(profileId, world_.trueTime()));
         browser.profileOfNextSignIn = profileId;
     }
-    world_.begin(Kind::changes, world_.app->signIn());
+    world_.begin(Kind::changes, signInOf(*world_.app));
 }
 
 void AppSimulation::userSignsOut()

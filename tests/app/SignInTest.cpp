@@ -77,6 +77,46 @@ TEST_F(SignInTest, RunsOneAtATime)
     EXPECT_THAT(state().accounts(), testing::SizeIs(1));
 }
 
+TEST_F(SignInTest, TellsWhatToOpenByHandWhileItRuns)
+{
+    EXPECT_EQ(await(app().signInAddress()), std::nullopt);
+    browser.hesitation = 10s;
+    roost.profiles.emplace("p1", numbersOf("p1", time.now()));
+    browser.profileOfNextSignIn = "p1";
+    app().signIn();
+    Pending early(app().signInAddress());
+    time.advance(1s);
+    EXPECT_THAT(early.get().value_or(""), testing::StartsWith("https://roost.test/"));
+    EXPECT_EQ(await(app().signInAddress()), early.get());
+    time.advance(10s);
+    EXPECT_TRUE(isIdle());
+    EXPECT_EQ(await(app().signInAddress()), std::nullopt);
+}
+
+TEST_F(SignInTest, TellsNothingToOpenWhenItEndsBeforeTheBrowser)
+{
+    roost.trouble = [](const HttpRequest&) { return noNetwork(); };
+    app().signIn();
+    Pending address(app().signInAddress());
+    time.advance(60s);
+    EXPECT_NE(failure(), "");
+    EXPECT_EQ(address.get(), std::nullopt);
+}
+
+TEST_F(SignInTest, CanBeGivenUpAndBegunAnew)
+{
+    app().cancelSignIn();
+    browser.hesitation = 10s;
+    signIn("p1");
+    app().cancelSignIn();
+    ASSERT_TRUE(runUntil([this] { return isIdle(); }));
+    EXPECT_THAT(state().accounts(), testing::IsEmpty());
+
+    browser.hesitation = 0s;
+    signIn("p1");
+    EXPECT_THAT(state().accounts(), testing::SizeIs(1));
+}
+
 TEST_F(SignInTest, ReplacesTheRecordOfAProfileThatSignsInAgain)
 {
     signIn("p1");

@@ -177,19 +177,42 @@ TEST_F(ModelAdaptorTest, DoesWhatItIsAsked)
 
     world.roost.profiles.emplace("p3", numbersOf("p3", world.time.now()));
     world.browser.profileOfNextSignIn = "p3";
-    EXPECT_EQ(peer->callModel(QStringLiteral("SignIn")).type(), QDBusMessage::ReplyMessage);
+    EXPECT_EQ(peer->callModel(QStringLiteral("SignIn"), {false}).type(), QDBusMessage::ReplyMessage);
     world.time.advance(1s);
     EXPECT_THAT(world.state().accounts(), SizeIs(3));
+    EXPECT_EQ(peer->callModel(QStringLiteral("Identify")).arguments(),
+              (QVariantList{QStringLiteral("https://roost.test"),
+                            QString::fromStdString(world.app().sharedFolder().string())}));
 }
 
 TEST_F(ModelAdaptorTest, SignsInOneAtATime)
 {
     world.browser.hesitation = 10s;
     for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(peer->callModel(QStringLiteral("SignIn")).type(), QDBusMessage::ReplyMessage);
+        EXPECT_EQ(peer->callModel(QStringLiteral("SignIn"), {false}).type(), QDBusMessage::ReplyMessage);
     }
+    // Not even with "wait" is there anything to wait for.
+    EXPECT_EQ(peer->callModel(QStringLiteral("SignIn"), {true}).arguments(), QVariantList{QStringList{}});
     world.time.advance(20s);
     EXPECT_EQ(world.browser.opened, 1);
+}
+
+TEST_F(ModelAdaptorTest, TellsWhereASignInLeadsAndGivesItUp)
+{
+    EXPECT_EQ(peer->callModel(QStringLiteral("SignInAddress")).arguments(), QVariantList{QStringList{}});
+    world.browser.hesitation = 10s;
+    Pending signingIn(peer->startModelCall(QStringLiteral("SignIn"), {true}));
+    const QStringList address = awaitInTime(peer->startModelCall(QStringLiteral("SignInAddress")))
+                                    .arguments()
+                                    .value(0)
+                                    .toStringList();
+    ASSERT_EQ(address.size(), 1);
+    EXPECT_TRUE(address[0].startsWith(QStringLiteral("https://roost.test/"))) << address[0].toStdString();
+
+    EXPECT_FALSE(signingIn.isDone());
+    EXPECT_EQ(peer->callModel(QStringLiteral("CancelSignIn")).type(), QDBusMessage::ReplyMessage);
+    EXPECT_EQ(signingIn.get().arguments(), QVariantList{QStringList{}});
+    EXPECT_TRUE(std::holds_alternative<SignInState::Idle>(world.state().signInState()));
 }
 
 TEST_F(ModelAdaptorTest, AnswersBeforeItQuits)

@@ -30,8 +30,14 @@ struct Interface {
     };
 
     std::map<QString, Property> properties;
-    /// By their names, the types of their arguments after "in" or "out".
-    std::map<QString, QString> methods;
+    struct Method {
+        /// The types of the arguments, and of what is answered.
+        QString in;
+        QString out;
+        bool operator==(const Method&) const = default;
+    };
+
+    std::map<QString, Method> methods;
     bool operator==(const Interface&) const = default;
 };
 
@@ -42,7 +48,7 @@ std::map<QString, Interface> interfacesIn(const QByteArray& document)
     std::map<QString, Interface> interfaces;
     Interface* interface = nullptr;
     Interface::Property* property = nullptr;
-    QString* method = nullptr;
+    Interface::Method* method = nullptr;
     while (!xml.atEnd()) {
         if (xml.readNext() != QXmlStreamReader::StartElement) {
             continue;
@@ -61,7 +67,7 @@ std::map<QString, Interface> interfacesIn(const QByteArray& document)
         } else if (xml.name() == QLatin1String("method")) {
             method = &interface->methods[name];
         } else if (xml.name() == QLatin1String("arg") && method != nullptr) {
-            *method += attribute("direction") + attribute("type");
+            (attribute("direction") == QLatin1String("in") ? method->in : method->out) += attribute("type");
         }
     }
     // The parser lets one document within another pass.
@@ -171,28 +177,28 @@ TEST_F(ModelDescriptionTest, GivesTheTypesOfWhatIsAnnounced)
 
 TEST_F(ModelDescriptionTest, NamesEveryMethodWithItsArguments)
 {
-    std::map<QString, QString> methods;
+    std::map<QString, Interface::Method> methods;
     for (const auto& [name, method] : ModelMethods::all()) {
-        methods[name] = method.signature.isEmpty() ? QString{} : QStringLiteral("in") + method.signature;
+        methods[name] = {method.signature, method.results};
     }
     EXPECT_EQ(interface.methods, methods);
 }
 
 TEST_F(ModelDescriptionTest, NamesWhatCanBeCalled)
 {
-    for (const auto& [name, arguments] : interface.methods) {
+    for (const auto& [name, method] : interface.methods) {
         const QDBusMessage wrong = peer.callModel(name, {1.5});
         EXPECT_EQ(wrong.errorName(), QStringLiteral("org.freedesktop.DBus.Error.InvalidArgs"))
             << name.toStdString();
         QVariantList right;
-        if (arguments == QStringLiteral("inb")) {
+        if (method.in == QStringLiteral("b")) {
             right.append(false);
-        } else if (arguments == QStringLiteral("ins")) {
+        } else if (method.in == QStringLiteral("s")) {
             right.append(QStringLiteral("nobody"));
         }
-        const QDBusMessage answer = peer.callModel(name, right);
+        const QDBusMessage answer = awaitInTime(peer.startModelCall(name, right));
         EXPECT_EQ(answer.signature(),
-                  answer.type() == QDBusMessage::ReplyMessage ? QString{} : QStringLiteral("s"));
+                  answer.type() == QDBusMessage::ReplyMessage ? method.out : QStringLiteral("s"));
         EXPECT_THAT((QStringList{{}, RoostBus::noSuchProfile}), Contains(answer.errorName()));
     }
 }

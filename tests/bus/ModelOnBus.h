@@ -58,6 +58,18 @@ public:
         appear();
     }
 
+    /// The result of `task`, for which the app's time passes.
+    template <class T>
+    T awaitInTime(QCoro::Task<T> task)
+    {
+        Pending<T> pending(std::move(task));
+        static_cast<void>(runUntil([&] {
+            world.time.advance(std::chrono::milliseconds(1));
+            return pending.isDone();
+        }));
+        return pending.get();
+    }
+
     PrivateBus& bus() { return *bus_; }
     ModelAdaptor& adaptor() { return *adaptor_; }
     /// The app's connection.

@@ -82,13 +82,19 @@ TEST(ModelPrivacy, HasNoSecretCrossTheBus)
     ASSERT_TRUE(await(proxy.connectToApp()));
     app.world.roost.profiles.emplace("p2", numbersOf("p2", app.world.time.now()));
     app.world.browser.profileOfNextSignIn = "p2";
-    await(proxy.signIn());
+    app.world.browser.hesitation = 10s;
+    Pending signingIn(proxy.signIn());
+    secrets.push_back("code=");
+    EXPECT_TRUE(app.awaitInTime(proxy.signInAddress()));
+    app.world.time.advance(10s);
+    EXPECT_EQ(signingIn.get().value(), "p2");
     app.world.time.advance(4000s);
     for (const std::string& profile : {std::string("p1"), std::string("p2")}) {
         ASSERT_TRUE(app.world.stored(profile).starts_with("refresh-"));
     }
+    app.world.browser.hesitation = 0s;
     app.world.browser.wrongState = "x";
-    await(proxy.signIn());
+    static_cast<void>(app.awaitInTime(proxy.signIn()));
     app.world.time.advance(1s);
     app.world.roost.trouble = [](const HttpRequest&) { return response(401, "access- refresh-"); };
     app.world.time.advance(1000s);

@@ -183,9 +183,24 @@ TEST_F(ModelProxyTest, HasTheAppDoWhatItIsAsked)
     world.time.advance(1s);
     EXPECT_THAT(world.widgetRequests(), ElementsAre("widget p2"));
     world.browser.profileOfNextSignIn = "p2";
-    EXPECT_EQ(await(proxy.signIn()), Answer::done);
-    world.time.advance(1s);
+    world.browser.hesitation = 10s;
+    Pending signingIn(proxy.signIn());
+    EXPECT_THAT(awaitInTime(proxy.signInAddress()).value_or(""), testing::StartsWith("https://roost.test/"));
+    world.time.advance(10s);
+    EXPECT_EQ(signingIn.get().value(), "p2");
     EXPECT_EQ(world.browser.opened, 1);
+
+    Pending givingUp(proxy.signIn());
+    ASSERT_TRUE(runUntil([&] {
+        world.time.advance(1ms);
+        return world.browser.opened == 2;
+    }));
+    EXPECT_EQ(await(proxy.cancelSignIn()), Answer::done);
+    EXPECT_EQ(givingUp.get().value(), std::nullopt);
+    EXPECT_EQ(await(proxy.signInAddress()), std::nullopt);
+    EXPECT_EQ(await(proxy.identify()),
+              (ModelProxy::Identity{QStringLiteral("https://roost.test"),
+                                    QString::fromStdString(world.app().sharedFolder().string())}));
     EXPECT_EQ(quits, 0);
     EXPECT_EQ(await(proxy.quitApp()), Answer::done);
     EXPECT_TRUE(runUntil([this] { return quits == 1; }));
