@@ -14,4 +14,7 @@ namespace roost {
 /// `declined`. Main thread.
 QCoro::Task<Handover> openOnBus(QString addresses, QStringList uris, std::chrono::milliseconds timeout);
 
+/// Has that process come to the front, as a second start of the program does.
+QCoro::Task<Handover> activateOnBus(QString addresses, std::chrono::milliseconds timeout);
+
 } // namespace roost

@@ -16,9 +16,10 @@ constexpr uint alreadyOwner = 4;
 
 } // namespace
 
-ApplicationService::ApplicationService(QString addresses, ApplicationAdaptor::Opened opened)
+ApplicationService::ApplicationService(QString addresses, ApplicationAdaptor::Opened opened, Furnish furnish)
     : addresses_(std::move(addresses)),
-      opened_(std::move(opened))
+      opened_(std::move(opened)),
+      furnish_(std::move(furnish))
 {
 }
 
@@ -33,8 +34,10 @@ QCoro::Task<Claim> ApplicationService::start(std::chrono::milliseconds timeout, 
     }
     QDBusConnection connection = bus_->get();
     new ApplicationAdaptor(connection, opened_, this);
-    // The object is there before the name is: whoever finds the name finds all of it.
     connection.registerObject(RoostBus::path, this);
+    if (furnish_) {
+        furnish_(connection);
+    }
     auto requesting = callBusDaemon(connection, QStringLiteral("RequestName"),
                                     {RoostBus::name, QVariant::fromValue(doNotQueue)}, timeout, stop);
     const QDBusMessage reply = co_await requesting;

@@ -7,6 +7,7 @@
 #include <QObject>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <stop_token>
 
@@ -35,8 +36,12 @@ public:
         bool operator==(const Claim&) const = default;
     };
 
-    /// `addresses` are those of the bus, as `sessionBusAddresses` gives them.
-    ApplicationService(QString addresses, ApplicationAdaptor::Opened opened);
+    /// Puts on the bus whatever others look for behind the name.
+    using Furnish = std::function<void(const QDBusConnection&)>;
+
+    /// `addresses` are those of the bus, as `sessionBusAddresses` gives them. `furnish` is called before the
+    /// name is asked for: whoever finds the name finds everything.
+    ApplicationService(QString addresses, ApplicationAdaptor::Opened opened, Furnish furnish = {});
     ~ApplicationService() override;
 
     /// Connects, and takes the name when it is free. Once. Every step has the time `timeout`, and ends early
@@ -49,6 +54,7 @@ public:
 private:
     QString addresses_;
     ApplicationAdaptor::Opened opened_;
+    Furnish furnish_;
     std::shared_ptr<BusConnection> bus_;
 };
 

@@ -8,14 +8,17 @@
 
 namespace roost {
 
-CallbackReceiver::CallbackReceiver(const QProcessEnvironment& environment, CallbackInbox& inbox)
+CallbackReceiver::CallbackReceiver(const QProcessEnvironment& environment, CallbackInbox& inbox,
+                                   ApplicationService::Furnish furnish)
     : inbox_(inbox),
-      bus_(sessionBusAddresses(environment),
-           [this](const QStringList& addresses) {
-               return std::ranges::count_if(addresses, [this](const QString& address) {
-                          return take(address.toStdString());
-                      }) > 0;
-           }),
+      bus_(
+          sessionBusAddresses(environment),
+          [this](const QStringList& addresses) {
+              return std::ranges::count_if(addresses, [this](const QString& address) {
+                         return take(address.toStdString());
+                     }) > 0;
+          },
+          std::move(furnish)),
       environment_(environment)
 {
 }

@@ -34,8 +34,9 @@ public:
         bool operator==(const Doors&) const = default;
     };
 
-    /// `inbox` outlives this.
-    CallbackReceiver(const QProcessEnvironment& environment, CallbackInbox& inbox);
+    /// `inbox` outlives this. `furnish` is `ApplicationService`'s.
+    CallbackReceiver(const QProcessEnvironment& environment, CallbackInbox& inbox,
+                     ApplicationService::Furnish furnish = {});
 
     /// Opens both. Once. The bus has the time `timeout` for each step, and none after a stop.
     QCoro::Task<Doors> open(std::chrono::milliseconds timeout, std::stop_token stop = {});

@@ -17,13 +17,30 @@ constexpr ::mode_t ownerOnly = 0600;
 InstanceLock::InstanceLock(const std::filesystem::path& file)
     : descriptor_(::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, ownerOnly))
 {
-    isTaken_ = descriptor_ >= 0 && ::flock(descriptor_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
 }
 
 InstanceLock::~InstanceLock()
 {
     if (descriptor_ >= 0) {
         ::close(descriptor_);
+    }
+}
+
+bool InstanceLock::take(Kind kind)
+{
+    const int operation = kind == Kind::shared ? LOCK_SH : LOCK_EX;
+    if (descriptor_ < 0 || ::flock(descriptor_, operation | LOCK_NB) == 0 || errno != EWOULDBLOCK) {
+        return true;
+    }
+    // A change of kind that fails may have lost what was held, or not.
+    release();
+    return false;
+}
+
+void InstanceLock::release()
+{
+    if (descriptor_ >= 0) {
+        ::flock(descriptor_, LOCK_UN);
     }
 }
 

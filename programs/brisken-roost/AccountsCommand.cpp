@@ -6,46 +6,37 @@
 
 namespace roost {
 
-namespace {
-
-struct Line {
-    std::string id;
-    std::string state;
-    std::string name;
-};
-
-std::string table(const std::vector<Line>& lines)
+std::string table(const std::vector<AccountLine>& lines)
 {
     int idWidth = 0;
     int stateWidth = 0;
-    for (const Line& line : lines) {
-        idWidth = std::max(idWidth, displayWidth(line.id));
+    for (const AccountLine& line : lines) {
+        idWidth = std::max(idWidth, displayWidth(onOneLine(line.id)));
         stateWidth = std::max(stateWidth, displayWidth(line.state));
     }
     const auto padded = [](const std::string& text, int width) {
         return text + std::string(static_cast<std::size_t>(width - displayWidth(text) + 2), ' ');
     };
     std::string text;
-    for (const Line& line : lines) {
-        text += padded(line.id, idWidth) + padded(line.state, stateWidth) + line.name + "\n";
+    for (const AccountLine& line : lines) {
+        text += padded(onOneLine(line.id), idWidth) + padded(line.state, stateWidth) + onOneLine(line.name) +
+                "\n";
     }
     return text;
 }
-
-} // namespace
 
 QCoro::Task<CommandResult> runAccounts(AccountServices services)
 {
     auto listing = services.signedInProfiles();
     auto signedIn = co_await listing;
-    std::vector<Line> lines;
+    std::vector<AccountLine> lines;
     for (const RoostAccountRecord& record : services.file.records()) {
         std::string state = "unknown";
         if (signedIn) {
             // The store, not the file, says who is signed in.
             state = std::erase(*signedIn, record.profileId) > 0 ? "signed in" : "signed out";
         }
-        lines.push_back({onOneLine(record.profileId), state, onOneLine(record.profileName)});
+        lines.push_back({record.profileId, state, record.profileName});
     }
     if (!signedIn) {
         CommandResult result = failed(ExitCode::failure, sentenceFor(signedIn.error()));
@@ -53,7 +44,7 @@ QCoro::Task<CommandResult> runAccounts(AccountServices services)
         co_return result;
     }
     for (const std::string& id : *signedIn) {
-        lines.push_back({onOneLine(id), "signed in", "Profile"});
+        lines.push_back({id, "signed in", "Profile"});
     }
     if (lines.empty()) {
         co_return nobodySignedIn();

@@ -18,13 +18,19 @@ Your Roost numbers on the desktop. Reads only; publishes nothing.
 Commands:
   run      keep the numbers fresh until told to quit
              --headless        without a tray icon and windows
-             --base-url URL    at this service, as for the next four
+             --base-url URL    at this service, as for all commands down to quit
   sign-in  sign a profile in through the browser
+             --cancel          give up the sign-in that the running app waits for
   accounts list the profiles, and who of them is signed in
+  select ID
+           have this profile shown
+  refresh  fetch fresh numbers now
+             --wait            end when they have come
+  sync [ID]
+           the same for one profile or every one, always with --wait
   sign-out ID
            forget a profile here; Roost lists the connection until you end it there
-  sync [ID]
-           fetch the numbers of one profile, or of every one, now
+  quit     end the running program
   status   print the last numbers of every profile, without asking the network
              --profile ID      of this profile only
              --format FORMAT   text (default), json or waybar
@@ -117,7 +123,7 @@ bool isCallback(const QString& word)
 
 std::expected<Command, QString> signInFrom(const QCommandLineParser& parser)
 {
-    return SignInCommand{valueOf(parser, QStringLiteral("base-url"))};
+    return SignInCommand{valueOf(parser, QStringLiteral("base-url")), parser.isSet(QStringLiteral("cancel"))};
 }
 
 std::expected<Command, QString> accountsFrom(const QCommandLineParser& parser)
@@ -132,13 +138,25 @@ std::optional<std::string> profileAfter(const QCommandLineParser& parser)
     return words.size() > 1 ? std::optional{words.at(1).toStdString()} : std::nullopt;
 }
 
-std::expected<Command, QString> signOutFrom(const QCommandLineParser& parser)
+/// A command about the profile that is named after it.
+template <class ProfileCommand>
+std::expected<Command, QString> aboutProfileFrom(const QCommandLineParser& parser)
 {
     const auto profile = profileAfter(parser);
     if (!profile) {
         return std::unexpected(QStringLiteral("Which profile? \"brisken-roost accounts\" lists their ids."));
     }
-    return SignOutCommand{valueOf(parser, QStringLiteral("base-url")), *profile};
+    return ProfileCommand{valueOf(parser, QStringLiteral("base-url")), *profile};
+}
+
+std::expected<Command, QString> refreshFrom(const QCommandLineParser& parser)
+{
+    return RefreshCommand{valueOf(parser, QStringLiteral("base-url")), parser.isSet(QStringLiteral("wait"))};
+}
+
+std::expected<Command, QString> quitFrom(const QCommandLineParser& parser)
+{
+    return QuitCommand{valueOf(parser, QStringLiteral("base-url"))};
 }
 
 std::expected<Command, QString> syncFrom(const QCommandLineParser& parser)
@@ -184,9 +202,12 @@ struct Grammar {
 
 const Grammar grammars[] = {
     {QStringLiteral("run"), {QStringLiteral("base-url")}, {QStringLiteral("headless")}, 0, runFrom},
-    {QStringLiteral("sign-in"), {QStringLiteral("base-url")}, {}, 0, signInFrom},
+    {QStringLiteral("sign-in"), {QStringLiteral("base-url")}, {QStringLiteral("cancel")}, 0, signInFrom},
     {QStringLiteral("accounts"), {QStringLiteral("base-url")}, {}, 0, accountsFrom},
-    {QStringLiteral("sign-out"), {QStringLiteral("base-url")}, {}, 1, signOutFrom},
+    {QStringLiteral("select"), {QStringLiteral("base-url")}, {}, 1, aboutProfileFrom<SelectCommand>},
+    {QStringLiteral("refresh"), {QStringLiteral("base-url")}, {QStringLiteral("wait")}, 0, refreshFrom},
+    {QStringLiteral("sign-out"), {QStringLiteral("base-url")}, {}, 1, aboutProfileFrom<SignOutCommand>},
+    {QStringLiteral("quit"), {QStringLiteral("base-url")}, {}, 0, quitFrom},
     {QStringLiteral("sync"), {QStringLiteral("base-url")}, {}, 1, syncFrom},
     {QStringLiteral("status"),
      {QStringLiteral("profile"), QStringLiteral("format"), QStringLiteral("locale")},

@@ -42,6 +42,8 @@ struct OpenCallbackCommand {
 /// `sign-in`: one profile, through the browser.
 struct SignInCommand {
     std::optional<QString> baseURL;
+    /// Gives up the one that the app is waiting for, instead.
+    bool cancels = false;
 
     bool operator==(const SignInCommand&) const = default;
 };
@@ -67,6 +69,30 @@ struct SyncCommand {
     std::optional<std::string> profile;
 
     bool operator==(const SyncCommand&) const = default;
+};
+
+/// `refresh`: has the running app fetch fresh numbers; without one the same as `sync` of all.
+struct RefreshCommand {
+    std::optional<QString> baseURL;
+    /// Whether it ends when the numbers have come.
+    bool waits = false;
+
+    bool operator==(const RefreshCommand&) const = default;
+};
+
+/// `select`: has one profile shown.
+struct SelectCommand {
+    std::optional<QString> baseURL;
+    std::string profile;
+
+    bool operator==(const SelectCommand&) const = default;
+};
+
+/// `quit`: ends the running app.
+struct QuitCommand {
+    std::optional<QString> baseURL;
+
+    bool operator==(const QuitCommand&) const = default;
 };
 
 /// `notify`: notifications with sample numbers, for trying out.
@@ -96,7 +122,8 @@ struct PrintCommand {
 };
 
 using Command = std::variant<StatusCommand, FetchCommand, SignInCommand, AccountsCommand, SignOutCommand,
-                             SyncCommand, NotifyCommand, RunCommand, OpenCallbackCommand, PrintCommand>;
+                             SyncCommand, RefreshCommand, SelectCommand, QuitCommand, NotifyCommand,
+                             RunCommand, OpenCallbackCommand, PrintCommand>;
 
 struct CommandLine {
     Command command;

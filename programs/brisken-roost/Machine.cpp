@@ -28,6 +28,16 @@ WidgetStore Machine::store()
     return {files_, resolve(UserFolders::fromEnvironment(), groupIdentifier(info_)).directory};
 }
 
+std::filesystem::path Machine::appLockFile()
+{
+    const std::filesystem::path folder = locks();
+    static_cast<void>(files_.makeFolders(folder));
+    return folder / "app";
+}
+
+/// Not in the runtime folder: a process that was started without one must meet the same locks.
+std::filesystem::path Machine::locks() { return store().directory() / "locks"; }
+
 NetworkHttpSession& Machine::session()
 {
     if (!session_) {
@@ -51,8 +61,7 @@ std::expected<QUrl, std::string> Machine::base(const std::optional<QString>& tex
 AccountServices Machine::services(const QUrl& base)
 {
     secrets_ = std::make_unique<KeychainSecretStore>(keychainService(base), KeychainSecretStore::Patience{});
-    // Not in the runtime folder: a process that was started without one must meet the same locks.
-    lock_ = std::make_unique<FileRefreshLock>(store().directory() / "locks");
+    lock_ = std::make_unique<FileRefreshLock>(locks());
     oauth_ = std::make_unique<OAuthClient>(base, session(), *secrets_, systemClock());
     return {*oauth_, {base, session()}, *secrets_, *lock_, {store(), systemClock()}, systemClock()};
 }

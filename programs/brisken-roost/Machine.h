@@ -10,6 +10,7 @@
 #include <QUrl>
 
 #include <expected>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -26,6 +27,10 @@ public:
     WidgetStore store();
     NetworkHttpSession& session();
 
+    /// The file by which the app and the commands about the profiles in the store keep out of each other's
+    /// way; its folder is made.
+    std::filesystem::path appLockFile();
+
     /// The service that `text` names, or the build's own. The error is a sentence: such an address must not
     /// be told tokens.
     std::expected<QUrl, std::string> base(const std::optional<QString>& text) const;
@@ -34,6 +39,8 @@ public:
     AccountServices services(const QUrl& base);
 
 private:
+    std::filesystem::path locks();
+
     InfoDictionary info_;
     RealFileSystem files_;
     std::unique_ptr<NetworkHttpSession> session_;

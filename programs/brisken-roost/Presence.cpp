@@ -26,7 +26,6 @@ Presence::Presence(QProcessEnvironment environment, CallbackInbox& inbox, Clock 
 void Presence::show(AppModel& model, std::function<void()> quit)
 {
     adaptor_ = std::make_unique<ModelAdaptor>(model, std::move(quit));
-    attach();
 }
 
 QCoro::Task<void> Presence::appear() { return tasks_.add(takeTheName()); }
@@ -45,12 +44,16 @@ QCoro::Task<void> Presence::takeTheName()
     listener_.reset();
     // The former one goes before, since its socket is in the way of the next.
     receiver_.reset();
-    auto receiver = std::make_unique<CallbackReceiver>(environment_, inbox_);
+    auto receiver = std::make_unique<CallbackReceiver>(
+        environment_, inbox_, [this](const QDBusConnection& connection) { adaptor_->attach(connection); });
     auto opening = receiver->open(patience, quitting_.get_token());
     doors_ = co_await opening;
     receiver_ = std::move(receiver);
     isAppearing_ = false;
-    attach();
+    if (doors_.bus != ApplicationService::Claim::Kind::owned) {
+        adaptor_->detach();
+    }
+    listen();
 }
 
 bool Presence::isThere() const
@@ -58,18 +61,11 @@ bool Presence::isThere() const
     return receiver_ && receiver_->bus() && receiver_->bus()->get().isConnected();
 }
 
-void Presence::attach()
+void Presence::listen()
 {
-    if (!isThere()) {
-        return;
-    }
-    const QDBusConnection& connection = receiver_->bus()->get();
-    if (adaptor_ && doors_.bus == ApplicationService::Claim::Kind::owned) {
-        adaptor_->attach(connection);
-    }
-    if (observer_ && !listener_) {
-        listener_ = std::make_unique<CrossProcessNotification::Listener>(connection, refreshRequested,
-                                                                         observer_->refreshRequested);
+    if (isThere() && observer_ && !listener_) {
+        listener_ = std::make_unique<CrossProcessNotification::Listener>(
+            receiver_->bus()->get(), refreshRequested, observer_->refreshRequested);
     }
 }
 
@@ -77,7 +73,7 @@ void Presence::observe(Observer observer)
 {
     observer_ = std::move(observer);
     wake_ = std::make_unique<SystemWake>(systemBusAddresses(environment_), observer_->woke);
-    attach();
+    listen();
 }
 
 std::unique_ptr<FolderWatcher> Presence::watch(std::filesystem::path folder, std::function<void()> onChange)

@@ -27,7 +27,8 @@ public:
     /// `inbox` outlives this.
     Presence(QProcessEnvironment environment, CallbackInbox& inbox, Clock now);
 
-    /// Has `model` be found on the bus, as soon as there is one. `quit` is what others may ask for.
+    /// Has `model` be found on the bus, as soon as there is one: before `appear`. `quit` is what others may
+    /// ask for.
     void show(AppModel& model, std::function<void()> quit);
 
     /// Takes the name on the bus where there is one and it is free; nothing when that is so already. Bounded
@@ -48,7 +49,7 @@ public:
 private:
     QCoro::Task<void> takeTheName();
     bool isThere() const;
-    void attach();
+    void listen();
 
     QProcessEnvironment environment_;
     CallbackInbox& inbox_;

@@ -7,18 +7,21 @@
 #include "platform/BrowserLauncher.h"
 #include "platform/DesktopNotifications.h"
 #include "platform/IniSettings.h"
-#include "platform/InstanceLock.h"
 #include "platform/SchemeHandler.h"
 #include "platform/SystemBootTime.h"
 #include "platform/TerminationSignals.h"
 #include "present/RoostL10n.h"
 #include "programs/brisken-roost/Presence.h"
+#include "programs/brisken-roost/SecondStart.h"
 
 #include <QCoreApplication>
 
 namespace roost {
 
 namespace {
+
+/// How long a running app has to answer, or to end: it may be waiting for a token.
+constexpr std::chrono::minutes patience{1};
 
 /// The browser step of a sign-in in the running app.
 class AppBrowser final : public WebAuthenticating {
@@ -59,11 +62,24 @@ private:
 
 QCoro::Task<CommandResult> runCompanion(Machine& machine, QUrl base, QProcessEnvironment environment)
 {
-    const std::filesystem::path locks = machine.store().directory() / "locks";
-    static_cast<void>(machine.files().makeFolders(locks));
-    const InstanceLock instance{locks / "app"};
-    if (instance.isTaken()) {
+    const Arrival<bool> wanted;
+    std::stop_source ending;
+    const TerminationSignals signals{[wanted, &ending] {
+        ending.request_stop();
+        wanted.set(true);
+    }};
+    const auto lock = std::make_shared<InstanceLock>(machine.appLockFile());
+    auto starting = startOnce(lock, sessionBusAddresses(environment), patience, ending.get_token());
+    const Start start = co_await starting;
+    switch (start) {
+    case Start::alone:
+        break;
+    case Start::handedOver:
         co_return CommandResult{ExitCode::fine, {}, "Brisken Roost is running already.\n"};
+    case Start::unanswered:
+        co_return failed(ExitCode::failure, "Brisken Roost is running, but does not answer.");
+    case Start::stopped:
+        co_return CommandResult{};
     }
     const AccountServices services = machine.services(base);
     IniSettings settings{IniSettings::location()};
@@ -97,12 +113,10 @@ QCoro::Task<CommandResult> runCompanion(Machine& machine, QUrl base, QProcessEnv
          .pause = pauseOnBootTime,
          .randomBytes = PKCE::systemRandom,
          .format = RoostFormat::system}};
-    const Arrival<bool> wanted;
-    const TerminationSignals signals{[wanted] { wanted.set(true); }};
     presence.show(model, [wanted] { wanted.set(true); });
-    auto appearing = presence.appear();
-    co_await appearing;
+    // Its records are there at once, and so before anybody can ask for them.
     model.start();
+    presence.appear();
     // A bus that was gone is looked for whenever there is something to do anyway.
     QObject::connect(&model.state(), &AppState::isRefreshingChanged, &model.state(),
                      [&presence] { presence.appear(); });

@@ -61,12 +61,7 @@ std::string nameOf(const std::string& profileId, const AccountFile& file)
     return onOneLine(record ? record->profileName : profileId);
 }
 
-struct OneSync {
-    ExitCode code = ExitCode::fine;
-    std::string told;
-};
-
-QCoro::Task<OneSync> syncOne(std::string id, AccountServices services, std::stop_token stop)
+QCoro::Task<RefreshedProfile> syncOne(std::string id, AccountServices services, std::stop_token stop)
 {
     const auto session = services.session(id);
     const AccountSync sync{services.api};
@@ -87,20 +82,34 @@ QCoro::Task<OneSync> syncOne(std::string id, AccountServices services, std::stop
     const bool isGone = signedIn && std::ranges::find(*signedIn, id) == signedIn->end();
     if (isGone && !std::holds_alternative<SyncOutcome::SignedOut>(outcome)) {
         // Signed out elsewhere meanwhile: no record comes back for it.
-        co_return OneSync{ExitCode::nothingToShow, "signed out meanwhile"};
+        co_return RefreshedProfile{ExitCode::nothingToShow, "signed out meanwhile"};
     }
     if (!services.file.note(id, outcome)) {
-        co_return OneSync{ExitCode::failure, told + "; the numbers could not be written"};
+        co_return RefreshedProfile{ExitCode::failure, told + "; the numbers could not be written"};
     }
     if (!isSaved) {
-        co_return OneSync{
+        co_return RefreshedProfile{
             ExitCode::failure,
             told + "; the keyring did not take the renewed sign-in, so it may have to be made again"};
     }
-    co_return OneSync{codeOf(outcome), told};
+    co_return RefreshedProfile{codeOf(outcome), told};
 }
 
 } // namespace
+
+void add(CommandResult& result, const std::string& name, const RefreshedProfile& profile)
+{
+    result.output += name + ": " + profile.told + "\n";
+    if (result.code != ExitCode::failure && profile.code != ExitCode::fine) {
+        result.code = profile.code;
+    }
+}
+
+CommandResult notSignedIn(const std::string& profileId)
+{
+    return failed(ExitCode::nothingToShow,
+                  "The profile \"" + onOneLine(profileId) + "\" is not signed in here.");
+}
 
 QCoro::Task<CommandResult> runSync(std::optional<std::string> profileId, AccountServices services,
                                    std::stop_token stop)
@@ -111,8 +120,7 @@ QCoro::Task<CommandResult> runSync(std::optional<std::string> profileId, Account
         co_return failed(ExitCode::failure, sentenceFor(signedIn.error()));
     }
     if (profileId && std::ranges::find(*signedIn, *profileId) == signedIn->end()) {
-        co_return failed(ExitCode::nothingToShow,
-                         "The profile \"" + onOneLine(*profileId) + "\" is not signed in here.");
+        co_return notSignedIn(*profileId);
     }
     if (signedIn->empty()) {
         co_return nobodySignedIn();
@@ -126,9 +134,8 @@ QCoro::Task<CommandResult> runSync(std::optional<std::string> profileId, Account
             break;
         }
         auto syncing = syncOne(id, services, stop);
-        const OneSync one = co_await syncing;
-        result.output += nameOf(id, services.file) + ": " + one.told + "\n";
-        result.code = result.code == ExitCode::failure || one.code == ExitCode::fine ? result.code : one.code;
+        const RefreshedProfile one = co_await syncing;
+        add(result, nameOf(id, services.file), one);
     }
     co_return result;
 }

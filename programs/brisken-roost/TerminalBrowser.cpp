@@ -8,18 +8,6 @@ namespace {
 
 constexpr std::chrono::seconds busTimeout{5};
 
-/// The address with everything as %XX that is not printable ASCII: it comes from the service, and a terminal
-/// acts upon some of it.
-std::string printable(const WebURL& url)
-{
-    QByteArray text;
-    for (const char byte : url.text()) {
-        const bool isPlain = byte > ' ' && byte < '\x7f';
-        text += isPlain ? QByteArray(1, byte) : '%' + QByteArray(1, byte).toHex().toUpper();
-    }
-    return text.toStdString();
-}
-
 } // namespace
 
 TerminalBrowser::TerminalBrowser(FileSystem& files, std::filesystem::path program,
@@ -39,10 +27,11 @@ TerminalBrowser::TerminalBrowser(FileSystem& files, std::filesystem::path progra
 QCoro::Task<std::expected<std::string, RoostAuthError>>
 TerminalBrowser::authenticate(WebURL url, QString callbackScheme, std::stop_token stop)
 {
-    hasToldAddress_ = false;
+    byHand_ = std::make_unique<SignInByHand>(terminal_.output);
+    byHand_->onLine([this](const std::string& line) { byHand_->tell(inbox_.offer(line)); });
     if (terminal_.isInteractive) {
-        say("Choose a profile in your browser.\n");
-        tellAddress(url);
+        byHand_->say("Choose a profile in your browser.\n");
+        byHand_->tellAddress(url.text());
     }
     return authenticator_.authenticate(std::move(url), std::move(callbackScheme), std::move(stop));
 }
@@ -60,45 +49,11 @@ QCoro::Task<bool> TerminalBrowser::reach(std::stop_token stop)
 void TerminalBrowser::tellOf(BrowserAuthenticator::Trouble trouble, const WebURL& url)
 {
     if (isAnotherWaiting_) {
-        say("Another sign-in is waiting already; the browser will come back to that one.\n");
+        byHand_->say("Another sign-in is waiting already; the browser will come back to that one.\n");
     } else if (trouble == BrowserAuthenticator::Trouble::notReachable) {
-        say("The browser may not find its way back here.\n");
+        byHand_->say("The browser may not find its way back here.\n");
     }
-    tellAddress(url);
-}
-
-void TerminalBrowser::tellAddress(const WebURL& url)
-{
-    if (std::exchange(hasToldAddress_, true)) {
-        return;
-    }
-    say("Where no browser opened, open this address:\n\n  " + printable(url) +
-        "\n\nWhere it does not come back here by itself, paste the address that it went to (it begins with "
-        "briskenroost:) and press Enter.\n");
-    lines_ = std::make_unique<StandardInputLines>(
-        StandardInputLines::Listener{.line = [this](const std::string& line) { takeLine(line); },
-                                     .tooLong = [this] { say("That is too long for such an address.\n"); },
-                                     .ended = [] {}});
-}
-
-void TerminalBrowser::takeLine(const std::string& line)
-{
-    switch (inbox_.offer(line)) {
-    case CallbackInbox::Verdict::taken:
-        break;
-    case CallbackInbox::Verdict::ignored:
-        say("That address belongs to another sign-in.\n");
-        break;
-    case CallbackInbox::Verdict::notCallback:
-        say("That is not the address: it begins with briskenroost:\n");
-        break;
-    }
-}
-
-void TerminalBrowser::say(const std::string& text) const
-{
-    std::fputs(text.c_str(), terminal_.output);
-    std::fflush(terminal_.output);
+    byHand_->tellAddress(url.text());
 }
 
 } // namespace roost

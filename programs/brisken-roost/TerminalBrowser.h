@@ -6,7 +6,7 @@
 #include "platform/CallbackInbox.h"
 #include "platform/CallbackReceiver.h"
 #include "platform/SchemeHandler.h"
-#include "platform/StandardInputLines.h"
+#include "programs/brisken-roost/SignInByHand.h"
 
 #include <QProcessEnvironment>
 
@@ -40,19 +40,16 @@ public:
 private:
     QCoro::Task<bool> reach(std::stop_token stop);
     void tellOf(BrowserAuthenticator::Trouble trouble, const WebURL& url);
-    void tellAddress(const WebURL& url);
-    void takeLine(const std::string& line);
-    void say(const std::string& text) const;
 
     Terminal terminal_;
     bool isAnotherWaiting_ = false;
-    bool hasToldAddress_ = false;
     CallbackInbox inbox_{"briskenroost"};
     CallbackReceiver receiver_;
     SchemeHandler handler_;
     BrowserLauncher launcher_;
     BrowserAuthenticator authenticator_;
-    std::unique_ptr<StandardInputLines> lines_;
+    /// Of the latest attempt.
+    std::unique_ptr<SignInByHand> byHand_;
 };
 
 } // namespace roost

@@ -1,4 +1,5 @@
 #include "app/AppSettings.h"
+#include "bus/RefreshRoostIntent.h"
 #include "bus/SessionBus.h"
 #include "model/Clock.h"
 #include "model/InfoDictionary.h"
@@ -7,17 +8,21 @@
 #include "platform/IniSettings.h"
 #include "platform/TerminationSignals.h"
 #include "programs/brisken-roost/AccountsCommand.h"
+#include "programs/brisken-roost/AppCommands.h"
 #include "programs/brisken-roost/CommandLine.h"
 #include "programs/brisken-roost/FetchCommand.h"
 #include "programs/brisken-roost/Machine.h"
 #include "programs/brisken-roost/NotifyCommand.h"
 #include "programs/brisken-roost/OpenCallbackCommand.h"
+#include "programs/brisken-roost/QuitCommand.h"
 #include "programs/brisken-roost/RunCommand.h"
+#include "programs/brisken-roost/SelectCommand.h"
 #include "programs/brisken-roost/SignInCommand.h"
 #include "programs/brisken-roost/SignOutCommand.h"
 #include "programs/brisken-roost/StatusCommand.h"
 #include "programs/brisken-roost/SyncCommand.h"
 #include "programs/brisken-roost/TerminalBrowser.h"
+#include "programs/brisken-roost/Worker.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -106,35 +111,92 @@ struct Run {
 
     CommandResult operator()(const SignInCommand& command) const
     {
-        return withServices(command.baseURL, [this](AccountServices services, std::stop_token stop) {
-            TerminalBrowser browser{machine.files(),
-                                    QCoreApplication::applicationFilePath().toStdString(),
-                                    QProcessEnvironment::systemEnvironment(),
-                                    {.output = stderr, .isInteractive = ::isatty(STDIN_FILENO) != 0}};
-            const SignInFlow flow{services.oauth, services.api, browser};
-            return QCoro::waitFor(runSignIn(flow, services, stop));
-        });
+        const bool isInteractive = ::isatty(STDIN_FILENO) != 0;
+        const QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        return byAppOrHere(
+            command.baseURL,
+            [&](AppCommands::App app, std::stop_token stop) {
+                return command.cancels ? AppCommands::cancelSignIn(app)
+                                       : AppCommands::signIn(app, {stderr, isInteractive, environment}, stop);
+            },
+            [&](AccountServices services, std::stop_token stop) -> QCoro::Task<CommandResult> {
+                if (command.cancels) {
+                    co_return notRunning();
+                }
+                TerminalBrowser browser{machine.files(),
+                                        QCoreApplication::applicationFilePath().toStdString(),
+                                        environment,
+                                        {.output = stderr, .isInteractive = isInteractive}};
+                const SignInFlow flow{services.oauth, services.api, browser};
+                auto signingIn = runSignIn(flow, services, stop);
+                CommandResult result = co_await signingIn;
+                co_return result;
+            });
     }
 
     CommandResult operator()(const AccountsCommand& command) const
     {
-        return withServices(command.baseURL, [](AccountServices services, std::stop_token) {
-            return QCoro::waitFor(runAccounts(std::move(services)));
-        });
+        return byAppOrHere(
+            command.baseURL,
+            [](AppCommands::App app, std::stop_token) -> QCoro::Task<CommandResult> {
+                co_return AppCommands::accounts(app->state());
+            },
+            [](AccountServices services, std::stop_token) { return runAccounts(services); });
     }
 
     CommandResult operator()(const SignOutCommand& command) const
     {
-        return withServices(command.baseURL, [&](AccountServices services, std::stop_token stop) {
-            return QCoro::waitFor(runSignOut(command.profile, std::move(services), stop));
-        });
+        return byAppOrHere(
+            command.baseURL,
+            [&](AppCommands::App app, std::stop_token) { return AppCommands::signOut(app, command.profile); },
+            [&](AccountServices services, std::stop_token stop) {
+                return runSignOut(command.profile, services, stop);
+            });
     }
 
     CommandResult operator()(const SyncCommand& command) const
     {
-        return withServices(command.baseURL, [&](AccountServices services, std::stop_token stop) {
-            return QCoro::waitFor(runSync(command.profile, std::move(services), stop));
-        });
+        return byAppOrHere(
+            command.baseURL,
+            [&](AppCommands::App app, std::stop_token stop) {
+                return AppCommands::refresh(app, command.profile, stop);
+            },
+            [&](AccountServices services, std::stop_token stop) {
+                return runSync(command.profile, services, stop);
+            });
+    }
+
+    CommandResult operator()(const RefreshCommand& command) const
+    {
+        return byAppOrHere(
+            command.baseURL,
+            [&](AppCommands::App app, std::stop_token stop) {
+                return command.waits ? AppCommands::refresh(app, std::nullopt, stop) : askForRefresh();
+            },
+            [](AccountServices services, std::stop_token stop) {
+                return runSync(std::nullopt, services, stop);
+            });
+    }
+
+    CommandResult operator()(const SelectCommand& command) const
+    {
+        return byAppOrHere(
+            command.baseURL,
+            [&](AppCommands::App app, std::stop_token) { return AppCommands::select(app, command.profile); },
+            [&](AccountServices services, std::stop_token) -> QCoro::Task<CommandResult> {
+                IniSettings settings{IniSettings::location()};
+                co_return runSelect(command.profile, services.file, settings);
+            });
+    }
+
+    CommandResult operator()(const QuitCommand& command) const
+    {
+        return byAppOrHere(
+            command.baseURL,
+            [this](AppCommands::App app, std::stop_token stop) {
+                return runQuit(app, machine.appLockFile(), std::chrono::minutes(2), stop);
+            },
+            [](AccountServices, std::stop_token) -> QCoro::Task<CommandResult> { co_return notRunning(); });
     }
 
     CommandResult operator()(const NotifyCommand& command) const
@@ -176,16 +238,36 @@ private:
         return work(stop.get_token());
     }
 
-    template <class Work>
-    CommandResult withServices(const std::optional<QString>& baseURL, const Work& work) const
+    /// Has the running app do a command about profiles, or does it here when there is none.
+    template <class ByApp, class Here>
+    CommandResult byAppOrHere(const std::optional<QString>& baseURL, const ByApp& byApp,
+                              const Here& here) const
     {
         const auto base = machine.base(baseURL);
         if (!base) {
             return failed(ExitCode::usage, base.error());
         }
         // A refresh that is under way must not be cut off: its token could be lost.
-        return untilStopped(
-            [&](std::stop_token stop) { return work(machine.services(*base), std::move(stop)); });
+        return untilStopped([&](std::stop_token stop) {
+            const auto worker =
+                QCoro::waitFor(findWorker({machine.appLockFile(), machine.store().directory(), *base,
+                                           sessionBusAddresses(QProcessEnvironment::systemEnvironment())},
+                                          stop));
+            if (!worker) {
+                return failed(ExitCode::failure, worker.error());
+            }
+            return QCoro::waitFor(worker->app ? byApp(worker->app, stop)
+                                              : here(machine.services(*base), stop));
+        });
+    }
+
+    QCoro::Task<CommandResult> askForRefresh() const
+    {
+        auto asking = RefreshRoostIntent::perform(
+            machine.store(), systemClock()(), sessionBusAddresses(QProcessEnvironment::systemEnvironment()),
+            std::chrono::seconds(5));
+        co_await asking;
+        co_return CommandResult{};
     }
 };
 

@@ -73,6 +73,23 @@ TEST(OpenOnBus, TakesAnOwnerWithoutTheInterfaceForOneThatDeclines)
     EXPECT_EQ(await(openOnBus(bus.address(), uris, guardTime)), Handover::declined);
 }
 
+TEST(ActivateOnBus, CallsWhoHasTheName)
+{
+    PrivateBus bus;
+    EXPECT_EQ(await(activateOnBus(bus.address(), guardTime)), Handover::nobody);
+    const BusPeer owner(bus.address());
+    ASSERT_EQ(owner.takeName(), 1U);
+    std::vector<QString> calls;
+    const CallCatcher catcher(
+        owner.connection(), [&calls](const QDBusMessage& message, const QDBusConnection& connection) {
+            calls.push_back(message.interface() + u'.' + message.member() + message.signature());
+            connection.send(message.createReply());
+        });
+    EXPECT_EQ(await(activateOnBus(bus.address(), guardTime)), Handover::taken);
+    EXPECT_THAT(calls, ElementsAre(QStringLiteral("org.freedesktop.Application.Activatea{sv}")));
+    EXPECT_EQ(await(activateOnBus({}, guardTime)), Handover::noWay);
+}
+
 TEST(OpenOnBus, SpeaksTheStandardInterface)
 {
     PrivateBus bus;

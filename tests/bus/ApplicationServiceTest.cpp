@@ -93,6 +93,21 @@ TEST(ApplicationService, AnswersTheRestOfTheStandardInterface)
     EXPECT_THAT(program.opened, IsEmpty());
 }
 
+TEST(ApplicationService, IsFurnishedBeforeItHasTheName)
+{
+    PrivateBus bus;
+    const BusPeer peer(bus.address());
+    QString ownerThen = QStringLiteral("nobody looked");
+    ApplicationService service{bus.address(), [](const QStringList&) { return false; },
+                               [&](const QDBusConnection& connection) {
+                                   EXPECT_TRUE(connection.isConnected());
+                                   ownerThen = peer.ownerOfName();
+                               }};
+    EXPECT_EQ(await(service.start(guardTime)).kind, Kind::owned);
+    EXPECT_EQ(ownerThen, QString{});
+    EXPECT_NE(peer.ownerOfName(), QString{});
+}
+
 TEST(ApplicationService, SaysWhoHasTheNameAndDoesNotQueueForIt)
 {
     PrivateBus bus;

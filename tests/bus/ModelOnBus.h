@@ -6,6 +6,9 @@
 #include "tests/bus/ChangeListener.h"
 #include "tests/support/PrivateBus.h"
 
+#include <QDeadlineTimer>
+#include <QThread>
+
 #include <functional>
 #include <memory>
 #include <optional>
@@ -58,15 +61,17 @@ public:
         appear();
     }
 
-    /// The result of `task`, for which the app's time passes.
+    /// The result of `task`, for which the app's time passes, a millisecond at a time.
     template <class T>
     T awaitInTime(QCoro::Task<T> task)
     {
         Pending<T> pending(std::move(task));
-        static_cast<void>(runUntil([&] {
+        const QDeadlineTimer guard(guardTime);
+        while (!pending.isDone() && !guard.hasExpired()) {
             world.time.advance(std::chrono::milliseconds(1));
-            return pending.isDone();
-        }));
+            // The bus has its say as well.
+            QThread::usleep(100);
+        }
         return pending.get();
     }
 

@@ -45,6 +45,23 @@ TEST(CommandLine, TakesTheOptionsOfStatus)
               (Command{StatusCommand{std::nullopt, StatusFormat::text}}));
 }
 
+TEST(CommandLine, TakesTheCommandsOfTheRunningApp)
+{
+    EXPECT_EQ(parse({"run"})->command, Command{RunCommand{}});
+    EXPECT_EQ(parse({"run", "--headless", "--base-url", "u"})->command,
+              (Command{RunCommand{QStringLiteral("u")}}));
+    EXPECT_EQ(parse({"refresh"})->command, Command{RefreshCommand{}});
+    EXPECT_EQ(parse({"refresh", "--wait", "--base-url", "u"})->command,
+              (Command{RefreshCommand{QStringLiteral("u"), true}}));
+    EXPECT_EQ(parse({"select", "p"})->command, (Command{SelectCommand{std::nullopt, "p"}}));
+    EXPECT_EQ(parse({"quit"})->command, Command{QuitCommand{}});
+    EXPECT_EQ(parse({"sign-in", "--cancel"})->command, (Command{SignInCommand{std::nullopt, true}}));
+    EXPECT_EQ(errorOf({"select"}),
+              "Which profile? \"brisken-roost accounts\" lists their ids. Try brisken-roost --help.");
+    EXPECT_EQ(errorOf({"refresh", "p"}), "\"p\" is one argument too many. Try brisken-roost --help.");
+    EXPECT_EQ(errorOf({"quit", "--wait"}), "Unknown option 'wait'. Try brisken-roost --help.");
+}
+
 TEST(CommandLine, TakesLocalesThatAreOnes)
 {
     for (const char* locale : {"de", "pt-BR", "pt_BR", "zh-Hans", "iw", "ca", "ar-EG-u-nu-latn",
