@@ -1,6 +1,8 @@
 #include "programs/brisken-roost/Machine.h"
 
 #include "model/SharedContainer.h"
+#include "notify/AnnouncedLedgerStore.h"
+#include "platform/IniSettings.h"
 #include "service/RoostEnvironment.h"
 #include "service/SecureURL.h"
 
@@ -26,6 +28,23 @@ WidgetStore Machine::store()
 {
     using namespace SharedContainer;
     return {files_, resolve(UserFolders::fromEnvironment(), groupIdentifier(info_)).directory};
+}
+
+std::filesystem::path Machine::settingsFile()
+{
+    return isTrial() ? store().directory() / "settings.ini" : IniSettings::location();
+}
+
+std::filesystem::path Machine::ledgerFile()
+{
+    return isTrial() ? store().directory() / "announced.json"
+                     : AnnouncedLedgerStore::location(SharedContainer::UserFolders::fromEnvironment());
+}
+
+bool Machine::isTrial() const
+{
+    return SharedContainer::groupIdentifier(info_) !=
+           SharedContainer::groupIdentifier(InfoDictionary::builtIn());
 }
 
 std::filesystem::path Machine::appLockFile()

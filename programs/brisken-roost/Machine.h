@@ -38,7 +38,13 @@ public:
     /// What the commands about profiles of the service at `base` work with. Valid as long as this is.
     AccountServices services(const QUrl& base);
 
+    /// What was chosen, and what was announced: the user's, or beside the numbers of a build for trying,
+    /// which has a group of its own.
+    std::filesystem::path settingsFile();
+    std::filesystem::path ledgerFile();
+
 private:
+    bool isTrial() const;
     std::filesystem::path locks();
 
     InfoDictionary info_;

@@ -82,7 +82,7 @@ QCoro::Task<CommandResult> runCompanion(Machine& machine, QUrl base, QProcessEnv
         co_return CommandResult{};
     }
     const AccountServices services = machine.services(base);
-    IniSettings settings{IniSettings::location()};
+    IniSettings settings{machine.settingsFile()};
     CallbackInbox inbox{"briskenroost"};
     Presence presence{environment, inbox, services.now};
     BrowserLauncher launcher{environment};
@@ -99,8 +99,7 @@ QCoro::Task<CommandResult> runCompanion(Machine& machine, QUrl base, QProcessEnv
          .api = services.api,
          .lock = services.lock,
          .planner = {.freshness = std::chrono::hours(3)},
-         .ledgerStore = {machine.files(),
-                         AnnouncedLedgerStore::location(SharedContainer::UserFolders::fromEnvironment())},
+         .ledgerStore = {machine.files(), machine.ledgerFile()},
          .browser = browser,
          .notifications = [&] { return std::make_unique<NotificationService>(center, settings, open); },
          .settings = settings,

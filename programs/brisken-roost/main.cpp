@@ -184,7 +184,7 @@ struct Run {
             command.baseURL,
             [&](AppCommands::App app, std::stop_token) { return AppCommands::select(app, command.profile); },
             [&](AccountServices services, std::stop_token) -> QCoro::Task<CommandResult> {
-                IniSettings settings{IniSettings::location()};
+                IniSettings settings{machine.settingsFile()};
                 co_return runSelect(command.profile, services.file, settings);
             });
     }
@@ -211,7 +211,7 @@ struct Run {
             say("The page could not be opened: there is no browser to open it in, or none to see it on.\n");
         };
         BrowserLauncher launcher{environment};
-        IniSettings settings{IniSettings::location()};
+        IniSettings settings{machine.settingsFile()};
         AppSettings::registerDefaults(settings);
         const NotifyParts parts{
             .busAddresses = sessionBusAddresses(environment),

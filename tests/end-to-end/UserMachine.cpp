@@ -59,7 +59,7 @@ QProcessEnvironment UserMachine::withoutDisplay() const
 std::unique_ptr<ProgramRun> UserMachine::start(const QString& command, const QProcessEnvironment& with) const
 {
     return std::make_unique<ProgramRun>(
-        QStringList{command, u"--base-url"_s, QString::fromLatin1(service.base())}, with);
+        command.split(u' ') + QStringList{u"--base-url"_s, QString::fromLatin1(service.base())}, with);
 }
 
 QJsonObject UserMachine::status() const

@@ -32,7 +32,8 @@ public:
     /// The same without a display.
     QProcessEnvironment withoutDisplay() const;
 
-    /// The program with a command about the profiles of the service, started; and the same, ended.
+    /// The program with a command about the profiles of the service, a word or some, started; and the same,
+    /// ended.
     std::unique_ptr<ProgramRun> start(const QString& command) const { return start(command, environment); }
     std::unique_ptr<ProgramRun> start(const QString& command, const QProcessEnvironment& with) const;
     Finished run(const QString& command) const { return start(command)->end(); }
