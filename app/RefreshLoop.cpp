@@ -49,7 +49,8 @@ void RefreshLoop::requestRefresh()
 QCoro::Task<void> RefreshLoop::refreshed()
 {
     requestRefresh();
-    return awaitCycles(shared_from_this(), running_ ? (rerunRequested_ ? 2 : 1) : 0);
+    const bool isOneToCome = running_ || !isStarted_;
+    return awaitCycles(shared_from_this(), isOneToCome ? (rerunRequested_ ? 2 : 1) : 0);
 }
 
 QCoro::Task<void> RefreshLoop::awaitCycles(Self self, int count)
@@ -111,8 +112,9 @@ QCoro::Task<Seconds> RefreshLoop::runCycle(Self self)
 
     const Seconds delay = self->concluded(outcomes);
     self->running_.reset();
-    self->state_->setRefreshing(false);
+    // Before anybody hears of it: who asks again then waits for the next one.
     const auto ended = std::exchange(self->nextEnd_, std::make_shared<Completion<bool>>());
+    self->state_->setRefreshing(false);
     running->complete(delay);
     ended->complete(true);
     co_return delay;

@@ -56,7 +56,8 @@ public:
     /// after `stop`, and when a cycle began less than two seconds ago and has ended since.
     void requestRefresh();
 
-    /// The same; ends with the cycle that this led to, or that made it unnecessary.
+    /// The same; ends with the cycle that this led to, or that made it unnecessary. Before `startLoop`, that
+    /// is the first one.
     QCoro::Task<void> refreshed();
 
     /// Runs one cycle, or waits for the one that is running. How long to wait until the next.

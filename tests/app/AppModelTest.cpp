@@ -401,6 +401,35 @@ TEST_F(AppModelTest, LeavesARefreshThatItCutsShortOutOfTheRecords)
     EXPECT_FALSE(log.saw(u"refresh: failed"));
 }
 
+TEST_F(AppModelTest, LetsACallerWaitForTheFirstCycleThoughTheStoreTakesItsTime)
+{
+    signInBefore("p1");
+    keyring.listing.shut();
+    start();
+    const Pending<void> waiting{app().refreshed()};
+    EXPECT_FALSE(waiting.isDone());
+
+    keyring.listing.open();
+    time.advance(0s);
+    EXPECT_TRUE(waiting.isDone());
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p1"));
+}
+
+TEST_F(AppModelTest, LetsNobodyWaitWhenItQuitsBeforeItsFirstCycle)
+{
+    signInBefore("p1");
+    keyring.listing.shut();
+    start();
+    const Pending<void> waiting{app().refreshed()};
+    const Pending<void> ending{app().quit()};
+    keyring.listing.open();
+    time.advance(0s);
+
+    EXPECT_TRUE(waiting.isDone());
+    EXPECT_TRUE(ending.isDone());
+    EXPECT_THAT(widgetRequests(), IsEmpty());
+}
+
 TEST_F(AppModelTest, SkipsWhoeverSignsOutDuringTheCycle)
 {
     signInBefore("p1");

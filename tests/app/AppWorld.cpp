@@ -27,8 +27,8 @@ AppModel& AppWorld::start()
     app_ = std::make_unique<AppModel>(AppModel::Parts{
         .store = store,
         .baseURL = ModelRoost::baseURL(),
-        .secrets = secrets,
-        .oauth = OAuthClient{ModelRoost::baseURL(), roost.session(), secrets, time.clock()},
+        .secrets = keyring,
+        .oauth = OAuthClient{ModelRoost::baseURL(), roost.session(), keyring, time.clock()},
         .api = WidgetAPI{ModelRoost::baseURL(), roost.session()},
         .lock = lock,
         .planner = {.freshness = std::chrono::hours(3)},

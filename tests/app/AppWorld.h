@@ -3,6 +3,7 @@
 #include "app/AppModel.h"
 #include "model/Arrival.h"
 #include "service/InMemorySecretStore.h"
+#include "tests/app/HesitantSecretStore.h"
 #include "tests/notify/ScriptedNotificationCenter.h"
 #include "tests/support/Await.h"
 #include "tests/support/FailingFileSystem.h"
@@ -137,6 +138,8 @@ public:
     FailingFileSystem files{disk};
     MemorySettings settings;
     InMemorySecretStore secrets;
+    /// How the app gets at them.
+    HesitantSecretStore keyring{secrets};
     ModelRoost roost{time};
     ModelRoost::Browser browser{roost};
     OthersRefreshLock lock;

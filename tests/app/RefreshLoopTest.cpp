@@ -333,6 +333,41 @@ TEST_F(RefreshLoopTest, LetsACallerWaitForTheCycleAfterTheOneThatRuns)
     EXPECT_THAT(began, ElementsAre(0s, 1s));
 }
 
+TEST_F(RefreshLoopTest, LetsACallerWaitForItsFirstCycle)
+{
+    const test::Pending<void> waiting{loop->refreshed()};
+    time.advance(100s);
+    EXPECT_FALSE(waiting.isDone());
+
+    loop->startLoop();
+    time.advance(0s);
+    EXPECT_TRUE(waiting.isDone());
+    EXPECT_THAT(began, ElementsAre(100s));
+}
+
+TEST_F(RefreshLoopTest, LetsNobodyWaitForACycleThatAnotherOneIsTakenFor)
+{
+    loop->startLoop();
+    time.advance(100s);
+    hold();
+    std::optional<test::Pending<void>> waiting;
+    QObject::connect(&state, &AppState::isRefreshingChanged, &state, [&] {
+        if (!state.isRefreshing() && !waiting) {
+            hold();
+            waiting.emplace(loop->refreshed());
+        }
+    });
+    loop->requestRefresh();
+    time.advance(5s);
+    release();
+    EXPECT_THAT(began, ElementsAre(0s, 100s, 105s));
+    ASSERT_TRUE(waiting);
+    EXPECT_FALSE(waiting->isDone());
+
+    release();
+    EXPECT_TRUE(waiting->isDone());
+}
+
 TEST_F(RefreshLoopTest, LetsNobodyWaitForACycleThatWasOverAMomentAgo)
 {
     loop->startLoop();
