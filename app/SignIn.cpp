@@ -2,11 +2,23 @@
 
 #include "model/RoostLog.h"
 #include "present/RoostL10n.h"
+#include "service/Completion.h"
 #include "service/RefreshTokenKeeper.h"
 
 #include <utility>
 
 namespace roost {
+
+namespace {
+
+/// Gives the result of `task` to whoever waits for `end`, be it nobody any more.
+QCoro::Task<void> passOn(QCoro::Task<bool> task, Completion<bool> end)
+{
+    const bool result = co_await task;
+    end.complete(result);
+}
+
+} // namespace
 
 SignIn::SignIn(AppState& state, Accounts& accounts, Parts parts)
     : state_{&state},
@@ -32,7 +44,7 @@ QCoro::Task<std::optional<std::string>> SignIn::run()
 
 QCoro::Task<std::optional<std::string>> SignIn::attempt()
 {
-    auto opening = openStore();
+    auto opening = openStore(givingUp_.get_token());
     co_await opening;
     auto flowing = parts_.flow.run(givingUp_.get_token());
     auto result = co_await flowing;
@@ -62,14 +74,17 @@ std::string SignIn::message(const AuthFailure& failure, const std::string& local
 }
 
 /// The user is here and wants to sign in: the moment to ask for what keeps the sign-in. A store that stays
-/// closed keeps nobody out; the sign-in then lasts as long as the program.
-QCoro::Task<void> SignIn::openStore()
+/// closed keeps nobody out; the sign-in then lasts as long as the program. The user may think about it for
+/// minutes; a program that quits leaves the question behind.
+QCoro::Task<void> SignIn::openStore(std::stop_token stop)
 {
     auto asking = parts_.secrets.keys(std::string{refreshTokenPrefix});
     const auto keys = co_await asking;
     if (!keys && keys.error().why != SecretsUnavailable::Why::notAnswering) {
-        auto unlocking = parts_.secrets.unlock();
-        co_await unlocking;
+        const Completion<bool> answered;
+        passOn(parts_.secrets.unlock(), answered);
+        auto waiting = answered.wait(std::move(stop));
+        co_await waiting;
     }
 }
 

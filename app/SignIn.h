@@ -47,7 +47,7 @@ public:
 
 private:
     QCoro::Task<std::optional<std::string>> attempt();
-    QCoro::Task<void> openStore();
+    QCoro::Task<void> openStore(std::stop_token stop);
     void fail(const AuthFailure& failure);
 
     AppState* state_;

@@ -216,6 +216,21 @@ TEST_F(SignInTest, OpensALockedStoreOnce)
     EXPECT_TRUE(roost.isAlive(stored("p1")));
 }
 
+TEST_F(SignInTest, LetsTheProgramQuitWhileItsUserThinksAboutOpeningTheStore)
+{
+    secrets.unavailable = SecretsUnavailable{SecretsUnavailable::Why::locked};
+    keyring.unlocking.shut();
+    signIn("p1");
+    EXPECT_TRUE(isInProgress());
+    const Pending<void> ending{app().quit()};
+    time.advance(0s);
+    EXPECT_TRUE(ending.isDone());
+    EXPECT_EQ(browser.opened, 0);
+
+    keyring.unlocking.open();
+    time.advance(0s);
+}
+
 TEST_F(SignInTest, TurnsOpeningAtLoginOnOnceAndLeavesItToTheUserThen)
 {
     signIn("p1");
