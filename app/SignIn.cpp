@@ -60,7 +60,7 @@ QCoro::Task<std::optional<std::string>> SignIn::attempt()
     co_await adopting;
     if (!accounts_->session(profileId)) {
         // The user signed the profile out again while its token was being stored.
-        state_->setSignInState(SignInState::Idle{});
+        endCancelled();
         co_return std::nullopt;
     }
     accounts_->welcome(std::move(result->snapshot));
@@ -92,12 +92,17 @@ void SignIn::fail(const AuthFailure& failure)
 {
     const std::string sentence = message(failure, parts_.locale());
     if (sentence.empty()) {
-        qCInfo(RoostLog::auth, "sign-in cancelled");
-        state_->setSignInState(SignInState::Idle{});
+        endCancelled();
         return;
     }
     qCCritical(RoostLog::auth, "sign-in failed: %s", describe(failure).c_str());
     state_->setSignInState(SignInState::Failed{sentence});
+}
+
+void SignIn::endCancelled()
+{
+    qCInfo(RoostLog::auth, "sign-in cancelled");
+    state_->setSignInState(SignInState::Idle{});
 }
 
 } // namespace roost

@@ -49,6 +49,7 @@ private:
     QCoro::Task<std::optional<std::string>> attempt();
     QCoro::Task<void> openStore(std::stop_token stop);
     void fail(const AuthFailure& failure);
+    void endCancelled();
 
     AppState* state_;
     Accounts* accounts_;

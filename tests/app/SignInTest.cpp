@@ -338,6 +338,7 @@ TEST_F(SignInTest, IsUndoneByASignOutWhileItsTokenIsBeingStored)
     EXPECT_THAT(state().accounts(), IsEmpty());
     EXPECT_EQ(stored("p1"), "");
     EXPECT_EQ(state().selectedProfileID(), std::nullopt);
+    EXPECT_THAT(told(), ElementsAre(QStringLiteral("sign-in started"), QStringLiteral("sign-in cancelled")));
 }
 
 TEST_F(SignInTest, IsNotTakenUpWhileTheProgramQuits)
