@@ -12,6 +12,7 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::Field;
 using testing::IsEmpty;
+using testing::Pair;
 using Status = RoostAccountRecord::Status;
 
 class AppModelTest : public testing::Test, protected AppWorld {
@@ -428,6 +429,39 @@ TEST_F(AppModelTest, LetsNobodyWaitWhenItQuitsBeforeItsFirstCycle)
     EXPECT_TRUE(waiting.isDone());
     EXPECT_TRUE(ending.isDone());
     EXPECT_THAT(widgetRequests(), IsEmpty());
+}
+
+TEST_F(AppModelTest, SaysAtItsStartWhetherItIsOpenedAtLogin)
+{
+    loginItem.enabled = true;
+    start();
+    EXPECT_TRUE(state().launchAtLogin());
+}
+
+TEST_F(AppModelTest, TellsWhatBecomesOfEachProfileAtTheLevelThatItDeserves)
+{
+    signInBefore("p1");
+    start();
+    roost.trouble = [](const HttpRequest&) { return response(503); };
+    time.advance(300s);
+    roost.trouble = {};
+    roost.revoke("p1");
+    time.advance(60s);
+
+    QList<std::pair<QtMsgType, QString>> lines;
+    for (const LogCatcher::Line& line : log.lines()) {
+        if (line.message.startsWith(QLatin1String("refresh:"))) {
+            EXPECT_EQ(line.category, "world.brisken.roost.mac.sync");
+            lines.emplace_back(line.level, line.message);
+        }
+    }
+    EXPECT_THAT(
+        lines,
+        ElementsAre(
+            Pair(QtInfoMsg, QStringLiteral("refresh: updated")),
+            Pair(QtWarningMsg, QStringLiteral("refresh: failed (unavailable), keeping the last numbers")),
+            Pair(QtWarningMsg,
+                 QStringLiteral("refresh: Roost ended this authorization, profile signed out"))));
 }
 
 TEST_F(AppModelTest, SkipsWhoeverSignsOutDuringTheCycle)

@@ -231,6 +231,53 @@ TEST_F(SignInTest, LetsTheProgramQuitWhileItsUserThinksAboutOpeningTheStore)
     time.advance(0s);
 }
 
+TEST_F(SignInTest, TellsPeopleInTheirLanguage)
+{
+    for (const Kind kind : {Kind::unreachable, Kind::denied, Kind::stateMismatch}) {
+        const RoostAuthError error{kind, 0, {}};
+        const std::string german = SignIn::message(error, "de-DE");
+        EXPECT_FALSE(german.empty());
+        EXPECT_NE(german, messageFor(error));
+        EXPECT_EQ(SignIn::message(error, "en-US"), messageFor(error));
+    }
+    EXPECT_EQ(SignIn::message(RoostAuthError{Kind::cancelled, 0, {}}, "de-DE"), "");
+    EXPECT_EQ(SignIn::message(Stopped{}, "de-DE"), "");
+    EXPECT_EQ(SignIn::message(RefreshBlocked{}, "en-US"), "Something went wrong. Try again.");
+    EXPECT_NE(SignIn::message(RefreshBlocked{}, "de-DE"), "Something went wrong. Try again.");
+}
+
+TEST_F(SignInTest, TellsAFailureAsAnErrorAndTheRestInPassing)
+{
+    browser.wrongState = "x";
+    signIn("p1");
+    browser.wrongState = "";
+    browser.profileOfNextSignIn.reset();
+    app().signIn();
+    time.advance(0s);
+    signIn("p1");
+
+    const QByteArray auth = "world.brisken.roost.mac.auth";
+    QList<LogCatcher::Line> lines = log.lines();
+    lines.removeIf([&](const LogCatcher::Line& line) { return line.category != auth; });
+    EXPECT_THAT(lines, ElementsAre(LogCatcher::Line{QtInfoMsg, auth, QStringLiteral("sign-in started")},
+                                   LogCatcher::Line{QtCriticalMsg, auth,
+                                                    QStringLiteral("sign-in failed: stateMismatch")},
+                                   LogCatcher::Line{QtInfoMsg, auth, QStringLiteral("sign-in started")},
+                                   LogCatcher::Line{QtInfoMsg, auth, QStringLiteral("sign-in cancelled")},
+                                   LogCatcher::Line{QtInfoMsg, auth, QStringLiteral("sign-in started")},
+                                   LogCatcher::Line{QtInfoMsg, auth, QStringLiteral("sign-in finished")}));
+}
+
+TEST_F(SignInTest, HasTheWidgetsLookWhenAProfileComesAndGoes)
+{
+    const int before = widgets.reloads;
+    signIn("p1");
+    EXPECT_EQ(widgets.reloads, before + 1);
+    app().signOut("p1");
+    time.advance(0s);
+    EXPECT_EQ(widgets.reloads, before + 2);
+}
+
 TEST_F(SignInTest, TurnsOpeningAtLoginOnOnceAndLeavesItToTheUserThen)
 {
     signIn("p1");
