@@ -62,8 +62,6 @@ QCoro::Task<void> RefreshLoop::awaitCycles(Self self, int count)
     }
 }
 
-QCoro::Task<Seconds> RefreshLoop::refreshCycle() { return cycle(shared_from_this()); }
-
 void RefreshLoop::stop()
 {
     stopping_.request_stop();
@@ -75,7 +73,7 @@ QCoro::Task<void> RefreshLoop::settled() { return tasks_.settled(); }
 QCoro::Task<void> RefreshLoop::run(Self self)
 {
     while (!self->isStopping()) {
-        auto cycling = cycle(self);
+        auto cycling = refreshCycle(self);
         const Seconds delay = co_await cycling;
         auto sleeping = sleep(self, delay);
         co_await sleeping;
@@ -84,11 +82,11 @@ QCoro::Task<void> RefreshLoop::run(Self self)
 
 QCoro::Task<void> RefreshLoop::runRequested(Self self)
 {
-    auto cycling = cycle(self);
+    auto cycling = refreshCycle(self);
     co_await cycling;
 }
 
-QCoro::Task<Seconds> RefreshLoop::cycle(Self self)
+QCoro::Task<Seconds> RefreshLoop::refreshCycle(Self self)
 {
     if (const std::shared_ptr<Running> running = self->running_) {
         auto waiting = running->wait({});

@@ -60,9 +60,6 @@ public:
     /// is the first one.
     QCoro::Task<void> refreshed();
 
-    /// Runs one cycle, or waits for the one that is running. How long to wait until the next.
-    QCoro::Task<std::chrono::duration<double>> refreshCycle();
-
     /// No further cycle begins, and the running one is asked to end early.
     void stop();
 
@@ -76,7 +73,8 @@ private:
     static QCoro::Task<void> run(Self self);
     static QCoro::Task<void> awaitCycles(Self self, int count);
     static QCoro::Task<void> runRequested(Self self);
-    static QCoro::Task<std::chrono::duration<double>> cycle(Self self);
+    /// Runs one cycle, or waits for the one that is running. How long to wait until the next.
+    static QCoro::Task<std::chrono::duration<double>> refreshCycle(Self self);
     static QCoro::Task<std::chrono::duration<double>> runCycle(Self self);
     static QCoro::Task<void> sleep(Self self, std::chrono::duration<double> delay);
 
