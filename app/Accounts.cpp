@@ -72,7 +72,7 @@ void Accounts::apply(SyncOutcome::Any outcome, const Attempt& attempt)
     } else {
         qCInfo(RoostLog::sync, "refresh: updated");
     }
-    fold(*record, std::move(outcome), Tell::yes);
+    fold(*record, std::move(outcome));
 }
 
 void Accounts::welcome(RoostSnapshot snapshot)
@@ -83,12 +83,12 @@ void Accounts::welcome(RoostSnapshot snapshot)
     }
     gone_.erase(record.profileId);
     signIns_[record.profileId] = ++changes_;
-    fold(std::move(record), SyncOutcome::Updated{std::move(snapshot)}, Tell::no);
+    fold(std::move(record), SyncOutcome::Updated{std::move(snapshot)});
 }
 
 /// Everything that a refresh changes, in an order that a crash cannot turn into news that come twice: the
 /// ledger is on the disk before anybody is told and before the numbers are.
-void Accounts::fold(RoostAccountRecord record, SyncOutcome::Any outcome, Tell tell)
+void Accounts::fold(RoostAccountRecord record, SyncOutcome::Any outcome)
 {
     const auto* updated = std::get_if<SyncOutcome::Updated>(&outcome);
     std::vector<PlannedEvent> events;
@@ -97,7 +97,7 @@ void Accounts::fold(RoostAccountRecord record, SyncOutcome::Any outcome, Tell te
     }
     record = folded(std::move(record), std::move(outcome), parts_.now());
     state_->setAccount(record);
-    if (tell == Tell::yes && !events.empty()) {
+    if (!events.empty()) {
         announcements_->deliver(std::move(events), *std::move(record.snapshot));
     }
 }

@@ -78,8 +78,8 @@ public:
     /// these numbers, and that verdict, are older than what is shown.
     void apply(SyncOutcome::Any outcome, const Attempt& attempt);
 
-    /// Folds in the first snapshot of a sign-in: in place of the profile's record, or as the last one.
-    /// Nothing that it tells is announced; it is only remembered.
+    /// Folds in the first snapshot of a sign-in, as that of any refresh: in place of the profile's record, or
+    /// as the last one. Without a record what it tells is only remembered; after one it is announced.
     void welcome(RoostSnapshot snapshot);
 
     /// Drops the profile's record and session at once, has the store forget its token, and writes the file.
@@ -98,11 +98,9 @@ public:
     QCoro::Task<void> quit();
 
 private:
-    enum class Tell { no, yes };
-
     void trustRecords();
     void follow(const std::vector<std::string>& keys);
-    void fold(RoostAccountRecord record, SyncOutcome::Any outcome, Tell tell);
+    void fold(RoostAccountRecord record, SyncOutcome::Any outcome);
     void recover();
     void takeUp(RoostAccountRecord record);
     void dismiss(const Session& session);

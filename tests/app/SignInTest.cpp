@@ -9,6 +9,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using testing::ElementsAre;
+using testing::Field;
 using testing::IsEmpty;
 using Kind = RoostAuthError::Kind;
 using Status = RoostAccountRecord::Status;
@@ -130,11 +131,21 @@ TEST_F(SignInTest, ReplacesTheRecordOfAProfileThatSignsInAgain)
     EXPECT_EQ(state().accounts()[0].profileId, "p1");
     EXPECT_EQ(state().accounts()[0].snapshot->best->views, 5000);
     EXPECT_EQ(state().selectedProfileID(), "p1");
+}
+
+TEST_F(SignInTest, TellsOnceWhatHappenedSinceAProfileWasSignedInBefore)
+{
+    signIn("p1");
+    roost.revoke("p1");
     time.advance(300s);
-    EXPECT_THAT(center.added, IsEmpty());
-    EXPECT_TRUE(ledger().entries.contains("p1|milestone:x|the best:1000"));
-    // Known, though it is not told, as it would be after any refresh.
-    EXPECT_TRUE(ledger().entries.contains("p1|followers:150"));
+    roost.profiles.at("p1").best->views = 5000;
+    roost.profiles.at("p1").followers->total = 150;
+    signIn("p1");
+    time.advance(600s);
+
+    EXPECT_THAT(center.added,
+                ElementsAre(Field(&NotificationCenter::Request::identifier, "p1|milestone:x|the best:1000"),
+                            Field(&NotificationCenter::Request::identifier, "p1|followers:150")));
 }
 
 TEST_F(SignInTest, BringsBackAProfileWhoseAuthorizationHadEnded)
