@@ -8,8 +8,8 @@
 
 #include <QDBusArgument>
 
+#include <deque>
 #include <utility>
-#include <vector>
 
 namespace roost {
 
@@ -44,8 +44,8 @@ struct ModelProxy::Link {
     /// meanwhile leads to the next: answers are handled later than signals that came after them.
     bool isReading = false;
     bool isStale = false;
-    /// Set when the reading has ended.
-    std::vector<Arrival<bool>> readers;
+    /// Set when a reading that began after they came has ended.
+    std::deque<Arrival<bool>> readers;
 };
 
 ModelProxy::ModelProxy(QString addresses)
@@ -128,6 +128,7 @@ QCoro::Task<void> ModelProxy::readUntilFresh(std::shared_ptr<Link> link)
     link->isReading = true;
     do {
         link->isStale = false;
+        const std::size_t waiting = link->readers.size();
         const QString app = link->app;
         QDBusMessage everything;
         if (link->bus && !app.isEmpty()) {
@@ -138,11 +139,20 @@ QCoro::Task<void> ModelProxy::readUntilFresh(std::shared_ptr<Link> link)
         }
         if (link->owner != nullptr && link->app == app) {
             link->owner->setRunning(link->owner->take(everything));
+            // What was told meanwhile comes later: an app that has always something to tell keeps nobody.
+            release(*link, waiting);
         }
     } while (link->isStale && link->owner != nullptr);
     link->isReading = false;
-    for (const Arrival<bool>& reader : std::exchange(link->readers, {})) {
-        reader.set(true);
+    release(*link, link->readers.size());
+}
+
+/// The first so many readers have waited long enough.
+void ModelProxy::release(Link& link, std::size_t count)
+{
+    for (; count > 0; --count) {
+        link.readers.front().set(true);
+        link.readers.pop_front();
     }
 }
 

@@ -11,6 +11,7 @@
 #include <QVariantMap>
 
 #include <chrono>
+#include <cstddef>
 #include <expected>
 #include <memory>
 #include <optional>
@@ -89,6 +90,7 @@ private:
     static QCoro::Task<bool> connected(std::shared_ptr<Link> link, QString addresses);
     static QCoro::Task<void> findApp(std::shared_ptr<Link> link);
     static QCoro::Task<void> readUntilFresh(std::shared_ptr<Link> link);
+    static void release(Link& link, std::size_t count);
     static QCoro::Task<Answer> call(std::shared_ptr<Link> link, QString method, QVariantList arguments,
                                     std::chrono::milliseconds timeout);
     static QCoro::Task<std::expected<std::optional<std::string>, Answer>>

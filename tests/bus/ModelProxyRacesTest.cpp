@@ -162,6 +162,22 @@ TEST_F(ModelProxyRacesTest, BelievesWhatCameWhileItReadsAgain)
     EXPECT_TRUE(proxy.state().isRefreshing());
 }
 
+TEST_F(ModelProxyRacesTest, KeepsNobodyWhenTheAppHasAlwaysSomethingToTell)
+{
+    ASSERT_EQ(app.peer.takeName(), 1U);
+    Pending connecting(proxy.connectToApp());
+    for (int i = 0; i < 3 && !connecting.isDone(); ++i) {
+        ASSERT_TRUE(app.isAsked());
+        app.announceValues({}, {QStringLiteral("Accounts")});
+        settle();
+        app.answer();
+        settle();
+    }
+    EXPECT_TRUE(connecting.isDone());
+    answerAll();
+    EXPECT_TRUE(connecting.get());
+}
+
 TEST_F(ModelProxyRacesTest, BelievesTheBusThatTellsOfAnAppWhileItIsAsked)
 {
     ASSERT_FALSE(await(proxy.connectToApp()));
