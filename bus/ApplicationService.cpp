@@ -23,7 +23,15 @@ ApplicationService::ApplicationService(QString addresses, ApplicationAdaptor::Op
 {
 }
 
-ApplicationService::~ApplicationService() = default;
+ApplicationService::~ApplicationService()
+{
+    if (bus_) {
+        // Before the connection closes, which happens on a thread of the bus library and looks at its
+        // objects.
+        QDBusConnection connection = bus_->get();
+        connection.unregisterObject(RoostBus::path);
+    }
+}
 
 QCoro::Task<Claim> ApplicationService::start(std::chrono::milliseconds timeout, std::stop_token stop)
 {

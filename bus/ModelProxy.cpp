@@ -54,7 +54,11 @@ ModelProxy::ModelProxy(QString addresses)
 {
 }
 
-ModelProxy::~ModelProxy() { link_->owner = nullptr; }
+ModelProxy::~ModelProxy()
+{
+    stopListening();
+    link_->owner = nullptr;
+}
 
 QCoro::Task<bool> ModelProxy::connectToApp() { return connected(link_, addresses_); }
 
@@ -100,6 +104,25 @@ void ModelProxy::listen()
     connection.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
                        QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
                        SLOT(loseBus()));
+}
+
+/// Before the connection closes: the bus library does that on a thread of its own, and looks there at whoever
+/// listens still, who may be gone by then.
+void ModelProxy::stopListening()
+{
+    if (!link_->bus) {
+        return;
+    }
+    QDBusConnection connection = link_->bus->get();
+    connection.disconnect({}, RoostBus::modelPath, RoostBus::propertiesInterface,
+                          QStringLiteral("PropertiesChanged"), this,
+                          SLOT(changeProperties(QString, QVariantMap, QStringList, QDBusMessage)));
+    connection.disconnect({}, QStringLiteral("/org/freedesktop/DBus"), busName,
+                          QStringLiteral("NameOwnerChanged"), {RoostBus::name}, QStringLiteral("sss"), this,
+                          SLOT(changeOwner(QString, QString, QString, QDBusMessage)));
+    connection.disconnect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
+                          QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
+                          SLOT(loseBus()));
 }
 
 QCoro::Task<void> ModelProxy::findApp(std::shared_ptr<Link> link)
@@ -203,6 +226,7 @@ void ModelProxy::changeOwner(const QString& name, const QString& /*before*/, con
 
 void ModelProxy::loseBus()
 {
+    stopListening();
     link_->bus.reset();
     ++link_->ownersTold;
     link_->app.clear();

@@ -103,6 +103,7 @@ private:
     QCoro::Task<Answer> callAbout(const std::string& profileId, QString method,
                                   std::chrono::milliseconds timeout);
     void listen();
+    void stopListening();
     void read();
     bool take(const QDBusMessage& everything);
     void setRunning(bool isRunning);

@@ -24,7 +24,17 @@ SystemWake::SystemWake(QString addresses, std::function<void()> woke)
     listen(listening_, std::move(addresses));
 }
 
-SystemWake::~SystemWake() { listening_->owner = nullptr; }
+SystemWake::~SystemWake()
+{
+    listening_->owner = nullptr;
+    if (listening_->bus) {
+        // Before the connection closes, which happens on a thread of the bus library and looks at listeners.
+        QDBusConnection connection = listening_->bus->get();
+        connection.disconnect({}, QStringLiteral("/org/freedesktop/login1"),
+                              logind + QStringLiteral(".Manager"), QStringLiteral("PrepareForSleep"), this,
+                              SLOT(prepareForSleep(bool, QDBusMessage)));
+    }
+}
 
 QCoro::Task<void> SystemWake::listen(std::shared_ptr<Listening> listening, QString addresses)
 {
