@@ -17,8 +17,6 @@ namespace {
 
 const QString busName = QStringLiteral("org.freedesktop.DBus");
 constexpr std::chrono::seconds patience{5};
-/// A sign-out asks the keyring, a refresh many profiles, a sign-in the user, who is given ten minutes.
-constexpr std::chrono::minutes longPatience{15};
 
 QDBusMessage callOf(const QString& app, const QString& interface, const QString& method,
                     const QVariantList& arguments)
@@ -56,7 +54,7 @@ ModelProxy::ModelProxy(QString addresses)
 
 ModelProxy::~ModelProxy()
 {
-    stopListening();
+    listen(Listening::ends);
     link_->owner = nullptr;
 }
 
@@ -73,7 +71,7 @@ QCoro::Task<bool> ModelProxy::connected(std::shared_ptr<Link> link, QString addr
         // Another call may have been quicker.
         if (!link->bus) {
             link->bus = std::move(bus);
-            link->owner->listen();
+            link->owner->listen(Listening::begins);
         }
     }
     auto finding = findApp(link);
@@ -90,39 +88,30 @@ QCoro::Task<bool> ModelProxy::connected(std::shared_ptr<Link> link, QString addr
     co_return isThere;
 }
 
-void ModelProxy::listen()
-{
-    // By the names of the interfaces alone: for the name of a service the bus library asks who has it, and
-    // waits.
-    QDBusConnection connection = link_->bus->get();
-    connection.connect({}, RoostBus::modelPath, RoostBus::propertiesInterface,
-                       QStringLiteral("PropertiesChanged"), this,
-                       SLOT(changeProperties(QString, QVariantMap, QStringList, QDBusMessage)));
-    connection.connect({}, QStringLiteral("/org/freedesktop/DBus"), busName,
-                       QStringLiteral("NameOwnerChanged"), {RoostBus::name}, QStringLiteral("sss"), this,
-                       SLOT(changeOwner(QString, QString, QString, QDBusMessage)));
-    connection.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
-                       QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
-                       SLOT(loseBus()));
-}
-
-/// Before the connection closes: the bus library does that on a thread of its own, and looks there at whoever
-/// listens still, who may be gone by then.
-void ModelProxy::stopListening()
+/// Before the connection closes it stops: the bus library closes on a thread of its own, and looks there at
+/// whoever listens still, who may be gone by then.
+void ModelProxy::listen(Listening listening)
 {
     if (!link_->bus) {
         return;
     }
     QDBusConnection connection = link_->bus->get();
-    connection.disconnect({}, RoostBus::modelPath, RoostBus::propertiesInterface,
-                          QStringLiteral("PropertiesChanged"), this,
-                          SLOT(changeProperties(QString, QVariantMap, QStringList, QDBusMessage)));
-    connection.disconnect({}, QStringLiteral("/org/freedesktop/DBus"), busName,
-                          QStringLiteral("NameOwnerChanged"), {RoostBus::name}, QStringLiteral("sss"), this,
-                          SLOT(changeOwner(QString, QString, QString, QDBusMessage)));
-    connection.disconnect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
-                          QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
-                          SLOT(loseBus()));
+    const auto set = [&](const QString& path, const QString& interface, const QString& signal,
+                         const QStringList& arguments, const QString& signature, const char* slot) {
+        // By the names of the interfaces alone: for the name of a service the bus library asks who has it,
+        // and waits.
+        if (listening == Listening::begins) {
+            connection.connect({}, path, interface, signal, arguments, signature, this, slot);
+        } else {
+            connection.disconnect({}, path, interface, signal, arguments, signature, this, slot);
+        }
+    };
+    set(RoostBus::modelPath, RoostBus::propertiesInterface, QStringLiteral("PropertiesChanged"), {}, {},
+        SLOT(changeProperties(QString, QVariantMap, QStringList, QDBusMessage)));
+    set(QStringLiteral("/org/freedesktop/DBus"), busName, QStringLiteral("NameOwnerChanged"),
+        {RoostBus::name}, QStringLiteral("sss"), SLOT(changeOwner(QString, QString, QString, QDBusMessage)));
+    set(QStringLiteral("/org/freedesktop/DBus/Local"), QStringLiteral("org.freedesktop.DBus.Local"),
+        QStringLiteral("Disconnected"), {}, {}, SLOT(loseBus()));
 }
 
 QCoro::Task<void> ModelProxy::findApp(std::shared_ptr<Link> link)
@@ -226,7 +215,7 @@ void ModelProxy::changeOwner(const QString& name, const QString& /*before*/, con
 
 void ModelProxy::loseBus()
 {
-    stopListening();
+    listen(Listening::ends);
     link_->bus.reset();
     ++link_->ownersTold;
     link_->app.clear();
@@ -250,110 +239,6 @@ QCoro::Task<QDBusMessage> ModelProxy::ask(std::shared_ptr<Link> link, QString me
         answer = co_await calling;
     }
     co_return answer;
-}
-
-ModelProxy::Answer ModelProxy::meaningOf(const QDBusMessage& answer)
-{
-    if (answer.type() == QDBusMessage::ReplyMessage) {
-        return Answer::done;
-    }
-    return answer.errorName() == RoostBus::noSuchProfile ? Answer::noSuchProfile : Answer::failed;
-}
-
-QCoro::Task<ModelProxy::Answer> ModelProxy::call(std::shared_ptr<Link> link, QString method,
-                                                 QVariantList arguments, std::chrono::milliseconds timeout)
-{
-    auto asking = ask(link, method, arguments, timeout);
-    const QDBusMessage answer = co_await asking;
-    co_return meaningOf(answer);
-}
-
-QCoro::Task<std::expected<std::optional<std::string>, ModelProxy::Answer>>
-ModelProxy::callForText(std::shared_ptr<Link> link, QString method, QVariantList arguments)
-{
-    auto asking = ask(link, method, arguments, longPatience);
-    const QDBusMessage answer = co_await asking;
-    const auto text = BusValues::received<std::optional<std::string>>(answer.arguments().value(0));
-    if (meaningOf(answer) != Answer::done || !text) {
-        co_return std::unexpected(Answer::failed);
-    }
-    co_return *text;
-}
-
-QCoro::Task<ModelProxy::Answer> ModelProxy::callAbout(const std::string& profileId, QString method,
-                                                      std::chrono::milliseconds timeout)
-{
-    if (!BusValues::canCross(profileId)) {
-        // What arrives would be another's.
-        return []() -> QCoro::Task<Answer> { co_return Answer::noSuchProfile; }();
-    }
-    return call(link_, std::move(method), {QString::fromStdString(profileId)}, timeout);
-}
-
-QCoro::Task<ModelProxy::Answer> ModelProxy::requestRefresh(bool wait)
-{
-    return call(link_, QStringLiteral("RequestRefresh"), {wait}, wait ? longPatience : patience);
-}
-
-QCoro::Task<std::expected<std::optional<std::string>, ModelProxy::Answer>> ModelProxy::signIn()
-{
-    return callForText(link_, QStringLiteral("SignIn"), {true});
-}
-
-QCoro::Task<std::optional<std::string>> ModelProxy::signInAddress() { return addressOf(link_); }
-
-QCoro::Task<std::optional<std::string>> ModelProxy::addressOf(std::shared_ptr<Link> link)
-{
-    auto asking = callForText(link, QStringLiteral("SignInAddress"), {});
-    const auto address = co_await asking;
-    co_return address ? *address : std::nullopt;
-}
-
-QCoro::Task<ModelProxy::Answer> ModelProxy::cancelSignIn()
-{
-    return call(link_, QStringLiteral("CancelSignIn"), {}, patience);
-}
-
-QCoro::Task<ModelProxy::Answer> ModelProxy::signOut(std::string profileId)
-{
-    return callAbout(profileId, QStringLiteral("SignOut"), longPatience);
-}
-
-QCoro::Task<ModelProxy::Answer> ModelProxy::select(std::string profileId)
-{
-    return callAbout(profileId, QStringLiteral("Select"), patience);
-}
-
-QCoro::Task<ModelProxy::Answer> ModelProxy::openRoost()
-{
-    return call(link_, QStringLiteral("OpenRoost"), {}, patience);
-}
-
-QCoro::Task<ModelProxy::Answer> ModelProxy::checkForUpdates()
-{
-    return call(link_, QStringLiteral("CheckForUpdates"), {}, patience);
-}
-
-QCoro::Task<ModelProxy::Answer> ModelProxy::installAndRestart()
-{
-    return call(link_, QStringLiteral("InstallAndRestart"), {}, patience);
-}
-
-QCoro::Task<std::optional<ModelProxy::Identity>> ModelProxy::identify() { return identityOf(link_); }
-
-QCoro::Task<std::optional<ModelProxy::Identity>> ModelProxy::identityOf(std::shared_ptr<Link> link)
-{
-    auto asking = ask(link, QStringLiteral("Identify"), {}, patience);
-    const QDBusMessage answer = co_await asking;
-    if (meaningOf(answer) != Answer::done || answer.signature() != QLatin1String("ss")) {
-        co_return std::nullopt;
-    }
-    co_return Identity{answer.arguments().at(0).toString(), answer.arguments().at(1).toString()};
-}
-
-QCoro::Task<ModelProxy::Answer> ModelProxy::quitApp()
-{
-    return call(link_, QStringLiteral("Quit"), {}, patience);
 }
 
 } // namespace roost

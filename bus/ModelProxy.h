@@ -102,8 +102,8 @@ private:
     static Answer meaningOf(const QDBusMessage& answer);
     QCoro::Task<Answer> callAbout(const std::string& profileId, QString method,
                                   std::chrono::milliseconds timeout);
-    void listen();
-    void stopListening();
+    enum class Listening { begins, ends };
+    void listen(Listening listening);
     void read();
     bool take(const QDBusMessage& everything);
     void setRunning(bool isRunning);

@@ -25,4 +25,7 @@ inline const QString noSuchProfile = QStringLiteral("world.brisken.roost.mac.Err
 /// and a time in milliseconds since 1970.
 inline const QString notificationInterface = QStringLiteral("world.brisken.roost.Notification1");
 
+/// The notification by which the app tells widgets to look at the shared file again.
+inline const QString timelinesReloaded = QStringLiteral("world.brisken.roost.timelines-reloaded");
+
 } // namespace roost::RoostBus

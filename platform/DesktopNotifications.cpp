@@ -58,7 +58,7 @@ DesktopNotifications::DesktopNotifications(QString addresses, QString openLabel)
 {
 }
 
-DesktopNotifications::~DesktopNotifications() = default;
+DesktopNotifications::~DesktopNotifications() { listen(Listening::ends); }
 
 QCoro::Task<NotificationCenter::Authorization>
 DesktopNotifications::authorization(std::chrono::milliseconds limit)
@@ -130,17 +130,36 @@ QCoro::Task<bool> DesktopNotifications::reachServer(QDeadlineTimer deadline)
 
 void DesktopNotifications::attach(std::shared_ptr<BusConnection> bus)
 {
+    listen(Listening::ends);
     forgetServer();
     bus_ = std::move(bus);
+    listen(Listening::begins);
+}
+
+/// Before the connection closes it stops: the bus library closes on a thread of its own, and looks there at
+/// whoever listens still, who may be gone by then.
+void DesktopNotifications::listen(Listening listening)
+{
+    if (!bus_) {
+        return;
+    }
     QDBusConnection connection = bus_->get();
+    const auto set = [&](const QString& from, const QString& at, const QString& interface,
+                         const QString& signal, const QStringList& arguments, const QString& signature,
+                         const char* slot) {
+        if (listening == Listening::begins) {
+            connection.connect(from, at, interface, signal, arguments, signature, this, slot);
+        } else {
+            connection.disconnect(from, at, interface, signal, arguments, signature, this, slot);
+        }
+    };
     // By the name of the interface alone: for the name of a service the bus library asks its owner and waits.
-    connection.connect({}, path, service, QStringLiteral("ActionInvoked"), this,
-                       SLOT(invoke(uint, QString, QDBusMessage)));
-    connection.connect({}, path, service, QStringLiteral("NotificationClosed"), this,
-                       SLOT(close(uint, uint, QDBusMessage)));
-    connection.connect(busService, QStringLiteral("/org/freedesktop/DBus"), busService,
-                       QStringLiteral("NameOwnerChanged"), {service}, QStringLiteral("sss"), this,
-                       SLOT(changeOwner(QString, QString, QString)));
+    set({}, path, service, QStringLiteral("ActionInvoked"), {}, {},
+        SLOT(invoke(uint, QString, QDBusMessage)));
+    set({}, path, service, QStringLiteral("NotificationClosed"), {}, {},
+        SLOT(close(uint, uint, QDBusMessage)));
+    set(busService, QStringLiteral("/org/freedesktop/DBus"), busService, QStringLiteral("NameOwnerChanged"),
+        {service}, QStringLiteral("sss"), SLOT(changeOwner(QString, QString, QString)));
 }
 
 void DesktopNotifications::forgetServer()

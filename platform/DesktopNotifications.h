@@ -52,6 +52,8 @@ private:
 
     QCoro::Task<bool> reachServer(QDeadlineTimer deadline);
     void attach(std::shared_ptr<BusConnection> bus);
+    enum class Listening { begins, ends };
+    void listen(Listening listening);
     void forgetServer();
     QDBusMessage notifyCall(const Request& request) const;
     void keep(std::uint32_t id, Request request);

@@ -1,5 +1,6 @@
 #include "programs/brisken-roost/Presence.h"
 
+#include "bus/RoostBus.h"
 #include "model/RefreshSignal.h"
 #include "platform/InotifyFolderWatcher.h"
 
@@ -11,8 +12,6 @@ namespace {
 
 constexpr std::chrono::seconds patience{5};
 const QString refreshRequested = QString::fromLatin1(RefreshSignal::notification);
-/// Tells widgets that the shared file has changed.
-const QString timelinesReloaded = QStringLiteral("world.brisken.roost.timelines-reloaded");
 
 } // namespace
 
@@ -32,25 +31,32 @@ QCoro::Task<void> Presence::appear() { return tasks_.add(takeTheName()); }
 
 QCoro::Task<void> Presence::quit()
 {
+    // The model is about to go.
+    adaptor_.reset();
     quitting_.request_stop();
     return tasks_.settled();
 }
 
 QCoro::Task<void> Presence::takeTheName()
 {
-    if (isThere() || std::exchange(isAppearing_, true)) {
+    const bool hasName = doors_.bus == ApplicationService::Claim::Kind::owned;
+    if ((isThere() && hasName) || std::exchange(isAppearing_, true)) {
         co_return;
     }
     listener_.reset();
     // The former one goes before, since its socket is in the way of the next.
     receiver_.reset();
-    auto receiver = std::make_unique<CallbackReceiver>(
-        environment_, inbox_, [this](const QDBusConnection& connection) { adaptor_->attach(connection); });
+    auto receiver =
+        std::make_unique<CallbackReceiver>(environment_, inbox_, [this](const QDBusConnection& connection) {
+            if (adaptor_) {
+                adaptor_->attach(connection);
+            }
+        });
     auto opening = receiver->open(patience, quitting_.get_token());
     doors_ = co_await opening;
     receiver_ = std::move(receiver);
     isAppearing_ = false;
-    if (doors_.bus != ApplicationService::Claim::Kind::owned) {
+    if (adaptor_ && doors_.bus != ApplicationService::Claim::Kind::owned) {
         adaptor_->detach();
     }
     listen();
@@ -84,7 +90,7 @@ std::unique_ptr<FolderWatcher> Presence::watch(std::filesystem::path folder, std
 void Presence::reloadAll()
 {
     if (isThere()) {
-        CrossProcessNotification::post(receiver_->bus()->get(), timelinesReloaded, now_());
+        CrossProcessNotification::post(receiver_->bus()->get(), RoostBus::timelinesReloaded, now_());
     }
 }
 

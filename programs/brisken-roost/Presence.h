@@ -35,7 +35,7 @@ public:
     /// in time.
     QCoro::Task<void> appear();
 
-    /// Ends when nothing of this is under way any more.
+    /// Leaves the bus, and ends when nothing of this is under way any more. The model may go then.
     QCoro::Task<void> quit();
 
     /// Whether callbacks of the browser find their way here.

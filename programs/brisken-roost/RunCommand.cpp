@@ -60,7 +60,7 @@ private:
 
 } // namespace
 
-QCoro::Task<CommandResult> runCompanion(Machine& machine, QUrl base, QProcessEnvironment environment)
+QCoro::Task<CommandResult> runCompanion(Machine* machine, QUrl base, QProcessEnvironment environment)
 {
     const Arrival<bool> wanted;
     std::stop_source ending;
@@ -68,7 +68,7 @@ QCoro::Task<CommandResult> runCompanion(Machine& machine, QUrl base, QProcessEnv
         ending.request_stop();
         wanted.set(true);
     }};
-    const auto lock = std::make_shared<InstanceLock>(machine.appLockFile());
+    const auto lock = std::make_shared<InstanceLock>(machine->appLockFile());
     auto starting = startOnce(lock, sessionBusAddresses(environment), patience, ending.get_token());
     const Start start = co_await starting;
     switch (start) {
@@ -81,25 +81,25 @@ QCoro::Task<CommandResult> runCompanion(Machine& machine, QUrl base, QProcessEnv
     case Start::stopped:
         co_return CommandResult{};
     }
-    const AccountServices services = machine.services(base);
-    IniSettings settings{machine.settingsFile()};
+    const AccountServices services = machine->services(base);
+    IniSettings settings{machine->settingsFile()};
     CallbackInbox inbox{"briskenroost"};
     Presence presence{environment, inbox, services.now};
     BrowserLauncher launcher{environment};
-    AppBrowser browser{machine.files(), environment, inbox, presence, launcher};
+    AppBrowser browser{machine->files(), environment, inbox, presence, launcher};
     const auto open = [&launcher](const WebURL& url) { launcher.open(url, [](BrowserOpener::Trouble) {}); };
     DesktopNotifications center{
         sessionBusAddresses(environment),
         QString::fromStdString(RoostL10n::bundle(RoostFormat::system().locale()).text("Open"))};
     AppModel model{
-        {.store = machine.store(),
+        {.store = machine->store(),
          .baseURL = base,
          .secrets = services.secrets,
          .oauth = services.oauth,
          .api = services.api,
          .lock = services.lock,
          .planner = {.freshness = std::chrono::hours(3)},
-         .ledgerStore = {machine.files(), machine.ledgerFile()},
+         .ledgerStore = {machine->files(), machine->ledgerFile()},
          .browser = browser,
          .notifications = [&] { return std::make_unique<NotificationService>(center, settings, open); },
          .settings = settings,

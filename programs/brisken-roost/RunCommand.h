@@ -11,6 +11,7 @@ namespace roost {
 
 /// Runs the app until it is asked to quit: by another process over the bus, by a signal that says to end, by
 /// the end of the session. Where the app runs already, that one is brought to the front, and this ends.
-QCoro::Task<CommandResult> runCompanion(Machine& machine, QUrl base, QProcessEnvironment environment);
+/// `machine` outlives the task.
+QCoro::Task<CommandResult> runCompanion(Machine* machine, QUrl base, QProcessEnvironment environment);
 
 } // namespace roost

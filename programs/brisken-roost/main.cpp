@@ -106,7 +106,7 @@ struct Run {
         if (!base) {
             return failed(ExitCode::usage, base.error());
         }
-        return QCoro::waitFor(runCompanion(machine, *base, QProcessEnvironment::systemEnvironment()));
+        return QCoro::waitFor(runCompanion(&machine, *base, QProcessEnvironment::systemEnvironment()));
     }
 
     CommandResult operator()(const SignInCommand& command) const
