@@ -34,7 +34,7 @@ AppModel::AppModel(Parts parts)
       loop_{std::make_shared<RefreshLoop>(
           state_, RefreshLoop::Parts{[this](std::stop_token stop) { return sync(std::move(stop)); },
                                      [this] { accounts_.persist(Accounts::Reload::yes); }, parts_.now,
-                                     parts_.bootTime, parts_.pause})}
+                                     parts_.bootTime, parts_.pause, parts_.interval})}
 {
 }
 

@@ -21,6 +21,7 @@
 #include <QCoro/QCoroTask>
 #include <QUrl>
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -60,6 +61,8 @@ public:
         PKCE::RandomBytes randomBytes;
         /// How the user wants numbers and words at the moment.
         std::function<RoostFormat()> format;
+        /// From one refresh to the next.
+        std::chrono::seconds interval = RefreshLoop::interval;
     };
 
     explicit AppModel(Parts parts);

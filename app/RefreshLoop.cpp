@@ -91,7 +91,7 @@ QCoro::Task<Seconds> RefreshLoop::refreshCycle(Self self)
     if (const std::shared_ptr<Running> running = self->running_) {
         auto waiting = running->wait({});
         const std::optional<Seconds> delay = co_await waiting;
-        co_return delay.value_or(interval);
+        co_return delay.value_or(self->parts_.interval);
     }
     auto running = runCycle(self);
     const Seconds delay = co_await running;
@@ -129,7 +129,7 @@ Seconds RefreshLoop::concluded(const Outcomes& outcomes)
         hurry();
         return rerunDelay;
     }
-    return Seconds{SyncReducer::nextDelay(outcomes, consecutiveFailures_, Seconds{interval}.count())};
+    return Seconds{SyncReducer::nextDelay(outcomes, consecutiveFailures_, Seconds{parts_.interval}.count())};
 }
 
 QCoro::Task<void> RefreshLoop::sleep(Self self, Seconds delay)

@@ -28,7 +28,7 @@ class RefreshLoop final : public std::enable_shared_from_this<RefreshLoop> {
 public:
     using Outcomes = std::vector<SyncOutcome::Any>;
 
-    /// From one clean cycle to the next.
+    /// From one clean cycle to the next, as people are told.
     static constexpr std::chrono::seconds interval{300};
     /// From a cycle during which somebody asked for another to that.
     static constexpr std::chrono::seconds rerunDelay{1};
@@ -43,6 +43,8 @@ public:
         Clock now;
         BootTime bootTime;
         Pause pause;
+        /// From one clean cycle to the next.
+        std::chrono::seconds interval = RefreshLoop::interval;
     };
 
     RefreshLoop(AppState& state, Parts parts);

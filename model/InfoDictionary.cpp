@@ -5,6 +5,8 @@
 #include <QFile>
 #include <QJsonDocument>
 
+#include <cmath>
+#include <limits>
 #include <utility>
 
 namespace roost {
@@ -44,6 +46,23 @@ std::optional<QString> InfoDictionary::string(QStringView key) const
         return std::nullopt;
     }
     return value.toString();
+}
+
+std::expected<std::optional<int>, QString> InfoDictionary::wholeNumber(QStringView key, int lowest,
+                                                                       int highest) const
+{
+    const QJsonValue value = values_.value(key);
+    if (value.isUndefined()) {
+        return std::nullopt;
+    }
+    const double number = value.toDouble(std::numeric_limits<double>::quiet_NaN());
+    if (!(number >= lowest && number <= highest) || std::trunc(number) != number) {
+        return std::unexpected(QStringLiteral("%1 must be a whole number from %2 to %3.")
+                                   .arg(key.toString())
+                                   .arg(lowest)
+                                   .arg(highest));
+    }
+    return static_cast<int>(number);
 }
 
 QString InfoDictionary::version() const

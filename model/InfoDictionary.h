@@ -27,6 +27,10 @@ public:
     /// counts as unset.
     std::optional<QString> string(QStringView key) const;
 
+    /// The value of `key`, a number; nothing when it is unset. The error is one sentence for the user, about
+    /// anything but a whole number from `lowest` to `highest`.
+    std::expected<std::optional<int>, QString> wholeNumber(QStringView key, int lowest, int highest) const;
+
     /// "CFBundleShortVersionString", for people to read; "0" when unset.
     QString version() const;
 

@@ -1,5 +1,6 @@
 #include "programs/brisken-roost/Machine.h"
 
+#include "app/RefreshLoop.h"
 #include "model/SharedContainer.h"
 #include "notify/AnnouncedLedgerStore.h"
 #include "platform/IniSettings.h"
@@ -75,6 +76,16 @@ std::expected<QUrl, std::string> Machine::base(const std::optional<QString>& tex
         return std::unexpected("The base URL is neither https nor a service on this machine.");
     }
     return url->url();
+}
+
+std::expected<std::chrono::seconds, std::string> Machine::refreshInterval() const
+{
+    constexpr auto usual = static_cast<int>(RefreshLoop::interval.count());
+    const auto seconds = info_.wholeNumber(u"RoostRefreshInterval", 1, usual);
+    if (!seconds) {
+        return std::unexpected(seconds.error().toStdString());
+    }
+    return std::chrono::seconds{seconds->value_or(usual)};
 }
 
 AccountServices Machine::services(const QUrl& base)

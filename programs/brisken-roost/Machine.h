@@ -9,6 +9,7 @@
 
 #include <QUrl>
 
+#include <chrono>
 #include <expected>
 #include <filesystem>
 #include <memory>
@@ -34,6 +35,9 @@ public:
     /// The service that `text` names, or the build's own. The error is a sentence: such an address must not
     /// be told tokens.
     std::expected<QUrl, std::string> base(const std::optional<QString>& text) const;
+
+    /// From one refresh of the running app to the next. The error is a sentence.
+    std::expected<std::chrono::seconds, std::string> refreshInterval() const;
 
     /// What the commands about profiles of the service at `base` work with. Valid as long as this is.
     AccountServices services(const QUrl& base);

@@ -62,6 +62,10 @@ private:
 
 QCoro::Task<CommandResult> runCompanion(Machine* machine, QUrl base, QProcessEnvironment environment)
 {
+    const auto interval = machine->refreshInterval();
+    if (!interval) {
+        co_return failed(ExitCode::usage, interval.error());
+    }
     const Arrival<bool> wanted;
     std::stop_source ending;
     const TerminationSignals signals{[wanted, &ending] {
@@ -111,7 +115,8 @@ QCoro::Task<CommandResult> runCompanion(Machine* machine, QUrl base, QProcessEnv
          .bootTime = systemBootTime(),
          .pause = pauseOnBootTime,
          .randomBytes = PKCE::systemRandom,
-         .format = RoostFormat::system}};
+         .format = RoostFormat::system,
+         .interval = *interval}};
     presence.show(model, [wanted] { wanted.set(true); });
     // Its records are there at once, and so before anybody can ask for them.
     model.start();

@@ -55,7 +55,6 @@ protected:
         state, RefreshLoop::Parts{[this](std::stop_token) { return cycle(); }, [this] { ++written; },
                                   time.clock(), time.bootTime(), time.pause()});
 
-private:
     QCoro::Task<RefreshLoop::Outcomes> cycle()
     {
         began.push_back(time.bootTime()() - start);
@@ -69,6 +68,25 @@ private:
         co_return RefreshLoop::Outcomes{outcomes};
     }
 };
+
+TEST_F(RefreshLoopTest, GoesOnAsOftenAsItIsTold)
+{
+    const auto brisk = std::make_shared<RefreshLoop>(
+        state, RefreshLoop::Parts{[this](std::stop_token) { return cycle(); }, [this] { ++written; },
+                                  time.clock(), time.bootTime(), time.pause(), 7s});
+    brisk->startLoop();
+    time.advance(20s);
+    EXPECT_THAT(began, ElementsAre(0s, 7s, 14s));
+
+    // Nor is it longer after a failure.
+    outcomes = {failed};
+    time.advance(15s);
+    EXPECT_THAT(began, ElementsAre(0s, 7s, 14s, 21s, 28s, 35s));
+    brisk->stop();
+    test::Pending ending{brisk->settled()};
+    time.advance(0ms);
+    EXPECT_TRUE(ending.isDone());
+}
 
 TEST_F(RefreshLoopTest, BeginsAtOnceAndGoesOnEveryFiveMinutes)
 {

@@ -39,6 +39,19 @@ TEST(InfoDictionary, TakesAVariableThatNobodyFilledInForUnset)
     EXPECT_EQ(dictionaryWith(QStringLiteral("$x (y)")).string(u"Key"), QStringLiteral("$x (y)"));
 }
 
+TEST(InfoDictionary, GivesWholeNumbersInTheirRange)
+{
+    EXPECT_EQ(dictionaryWith(1).wholeNumber(u"Key", 1, 300).value(), 1);
+    EXPECT_EQ(dictionaryWith(300).wholeNumber(u"Key", 1, 300).value(), 300);
+    EXPECT_EQ(dictionaryWith(5).wholeNumber(u"Other", 1, 300).value(), std::nullopt);
+    const QString complaint = QStringLiteral("Key must be a whole number from 1 to 300.");
+    for (const QJsonValue& value : {QJsonValue{0}, QJsonValue{301}, QJsonValue{-5}, QJsonValue{2.5},
+                                    QJsonValue{1e300}, QJsonValue{true}, QJsonValue{QStringLiteral("5")},
+                                    QJsonValue{QJsonValue::Null}, QJsonValue{QJsonObject{}}}) {
+        EXPECT_EQ(dictionaryWith(value).wholeNumber(u"Key", 1, 300).error(), complaint);
+    }
+}
+
 TEST(InfoDictionary, CallsAnUnsetVersionZero)
 {
     EXPECT_EQ(InfoDictionary{QJsonObject{}}.version(), QStringLiteral("0"));

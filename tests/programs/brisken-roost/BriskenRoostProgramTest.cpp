@@ -1,6 +1,7 @@
 #include "model/RealFileSystem.h"
 #include "model/WidgetStore.h"
 #include "tests/programs/brisken-roost/Records.h"
+#include "tests/support/ScratchFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -154,6 +155,16 @@ TEST_F(BriskenRoostProgram, ReadsTheInformationFileThatItIsGiven)
         run({QStringLiteral("--info"), QStringLiteral("/nowhere.json"), QStringLiteral("status")});
     EXPECT_EQ(missing.code, 2);
     EXPECT_THAT(missing.error, HasSubstr("/nowhere.json"));
+}
+
+TEST_F(BriskenRoostProgram, DoesNotRunAtAnIntervalThatIsNone)
+{
+    const QString path = folder_.filePath(QStringLiteral("info.json"));
+    test::putBytes(path.toStdString(), R"({"RoostRefreshInterval": 0})");
+    const Finished finished =
+        run({QStringLiteral("--info"), path, QStringLiteral("run"), QStringLiteral("--headless")});
+    EXPECT_EQ(finished.code, 2);
+    EXPECT_EQ(finished.error, "brisken-roost: RoostRefreshInterval must be a whole number from 1 to 300.\n");
 }
 
 TEST_F(BriskenRoostProgram, LoadsNothingOfIcuUnlessItWritesNumbers)
