@@ -25,16 +25,18 @@ TEST_P(AppSimulationTest, KeepsEveryLawThroughTheDays)
     const int seeds = numberFrom("ROOST_SIMULATION_SEEDS", 200);
     const int first = numberFrom("ROOST_SIMULATION_FIRST_SEED", 1);
     AppSimulation::Census all;
+    int lived = 0;
     for (int seed = first + GetParam(); seed < first + seeds; seed += groups) {
         AppSimulation simulation{static_cast<std::uint64_t>(seed)};
         ASSERT_EQ(simulation.run(days), "");
+        lived += days;
         all.steps += simulation.census().steps;
         all.kills += simulation.census().kills;
         all.shown += simulation.census().shown;
         all.signIns += simulation.census().signIns;
     }
     // That nothing was broken says something only where things happened.
-    if (days * seeds >= 200) {
+    if (lived >= 25) {
         EXPECT_GT(all.steps, 10'000U);
         EXPECT_GT(all.kills, 20U);
         EXPECT_GT(all.shown, 100U);

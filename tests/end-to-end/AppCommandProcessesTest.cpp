@@ -55,7 +55,7 @@ TEST_F(AppCommandProcesses, HaveTheAppDoTheWork)
     const auto app = startApp();
     signIn();
     EXPECT_EQ(machine.run(u"accounts"_s).output, "mira-okafor  signed in  Mira Okafor\n");
-    EXPECT_EQ(machine.status()[u"id"_s], QString::fromStdString(mira));
+    EXPECT_EQ(machine.status()[u"profileId"_s].toString(), QString::fromStdString(mira));
     // The app has an access token; whoever did the work in its place would have to ask for one.
     const int before = tokenRequests();
     EXPECT_EQ(machine.run(u"refresh --wait"_s).output, "Mira Okafor: updated\n");

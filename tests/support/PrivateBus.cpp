@@ -70,10 +70,23 @@ QString freshName()
 } // namespace
 
 PrivateBus::PrivateBus(Activation activation, Users users)
-    : daemon_(commandIn(folder_, environment_, activation, users)),
-      address_(QString::fromStdString(daemon_.line())),
-      connection_(QDBusConnection::connectToBus(address_, freshName()))
+    : command_(commandIn(folder_, environment_, activation, users)),
+      connection_(QString{})
 {
+    start();
+}
+
+void PrivateBus::startAgain()
+{
+    QDBusConnection::disconnectFromBus(connection_.name());
+    start();
+}
+
+void PrivateBus::start()
+{
+    daemon_ = std::make_unique<GuardedProcess>(command_);
+    address_ = QString::fromStdString(daemon_->line());
+    connection_ = QDBusConnection::connectToBus(address_, freshName());
     if (!connection_.isConnected()) {
         throw std::runtime_error("no private bus: " + connection_.lastError().message().toStdString());
     }

@@ -8,6 +8,9 @@
 #include <QString>
 
 #include <deque>
+#include <memory>
+#include <string>
+#include <vector>
 
 namespace roost::test {
 
@@ -50,19 +53,25 @@ public:
     void awaitName(const QString& name, bool isThere) const;
 
     /// Stops the bus in its tracks, so that nothing answers, and has it go on.
-    void freeze() const { daemon_.freeze(); }
-    void thaw() const { daemon_.thaw(); }
+    void freeze() const { daemon_->freeze(); }
+    void thaw() const { daemon_->thaw(); }
 
     /// Kills the process that has `name`, which the bus has started, and returns when nobody has it any more.
     void stopService(const QString& name) const;
 
     /// Kills the bus and what it started.
-    void end() { daemon_.end(); }
+    void end() { daemon_->end(); }
+
+    /// After `end`: a new bus with the old address, and a new connection to it.
+    void startAgain();
 
 private:
+    void start();
+
     ScratchFolder folder_;
     std::deque<ScopedVariable> environment_;
-    GuardedProcess daemon_;
+    std::vector<std::string> command_;
+    std::unique_ptr<GuardedProcess> daemon_;
     QString address_;
     QDBusConnection connection_;
 };
