@@ -1,7 +1,10 @@
 #pragma once
 
 #include <QByteArray>
+#include <QSslConfiguration>
 #include <QTcpServer>
+
+#include <optional>
 
 class QTcpSocket;
 
@@ -20,8 +23,14 @@ class ConnectionListener final : public QTcpServer {
 public:
     explicit ConnectionListener(QObject* parent);
 
+    /// Has the connections from now on speak TLS, and shows this to the other side.
+    void encrypt(QSslConfiguration identity) { identity_ = std::move(identity); }
+
 protected:
     void incomingConnection(qintptr descriptor) override;
+
+private:
+    std::optional<QSslConfiguration> identity_;
 };
 
 /// The first line of a connection that a `ConnectionListener` accepted. Empty when it is no request line, and

@@ -1,5 +1,7 @@
 #include "programs/roost-service/LocalService.h"
 
+#include "programs/roost-service/TlsIdentity.h"
+
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -19,6 +21,9 @@ Consent consentIn(const ServiceOptions& options)
 }
 
 QByteArray originOf(quint16 port) { return "http://127.0.0.1:" + QByteArray::number(port); }
+
+/// By name, as people have a service certified.
+QByteArray secureOriginOf(quint16 port) { return "https://localhost:" + QByteArray::number(port); }
 
 } // namespace
 
@@ -42,6 +47,13 @@ LocalService::~LocalService() = default;
 
 std::expected<void, QString> LocalService::start()
 {
+    if (!options_.certificateFile.isEmpty()) {
+        auto identity = tlsIdentity(options_.certificateFile, options_.keyFile);
+        if (!identity) {
+            return std::unexpected(identity.error());
+        }
+        server_.encrypt(*std::move(identity));
+    }
     const auto port = server_.listen(options_.port);
     if (!port) {
         return std::unexpected(port.error());
@@ -50,7 +62,7 @@ std::expected<void, QString> LocalService::start()
     if (!controlPort) {
         return std::unexpected(controlPort.error());
     }
-    base_ = originOf(*port);
+    base_ = options_.certificateFile.isEmpty() ? originOf(*port) : secureOriginOf(*port);
     control_ = originOf(*controlPort);
 
     const LifePace pace{state_.clock(), options_.timeScale};

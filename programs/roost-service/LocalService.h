@@ -30,7 +30,8 @@ public:
     /// Begins to listen; called once. The error is one sentence.
     std::expected<void, QString> start();
 
-    /// Origins of the service and of its control, "http://127.0.0.1:PORT". Empty before `start`.
+    /// Origins of the service and of its control, "http://127.0.0.1:PORT"; of a service with a
+    /// certificate, "https://localhost:PORT". Empty before `start`.
     const QByteArray& base() const { return base_; }
     const QByteArray& control() const { return control_; }
 

@@ -46,6 +46,8 @@ std::expected<quint16, QString> RequestServer::listen(quint16 port)
     return listener_->serverPort();
 }
 
+void RequestServer::encrypt(QSslConfiguration identity) { listener_->encrypt(std::move(identity)); }
+
 bool RequestServer::handleRequest(const QHttpServerRequest& received, QTcpSocket* socket)
 {
     const RequestLine line = takeRequestLine(*socket);

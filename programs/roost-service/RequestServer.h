@@ -3,12 +3,14 @@
 #include "programs/roost-service/HttpValues.h"
 
 #include <QAbstractHttpServer>
-#include <QTcpServer>
+#include <QSslConfiguration>
 
 #include <expected>
 #include <functional>
 
 namespace roost::local {
+
+class ConnectionListener;
 
 /// Listens on the loopback address and hands each request to one function. One request per connection: the
 /// connection is closed after its answer, and further requests on it are not looked at, since a delayed
@@ -25,13 +27,16 @@ public:
     /// Begins to listen on 127.0.0.1; `port` 0 takes a free one. Gives the port, or why it cannot be had.
     std::expected<quint16, QString> listen(quint16 port);
 
+    /// Has the connections from now on speak TLS, and shows this to the other side.
+    void encrypt(QSslConfiguration identity);
+
 private:
     bool handleRequest(const QHttpServerRequest& request, QTcpSocket* socket) override;
     void missingHandler(const QHttpServerRequest& request, QTcpSocket* socket) override;
 
     Handler handler_;
     /// The listening socket; belongs to the base class once it is bound.
-    QTcpServer* listener_;
+    ConnectionListener* listener_;
 };
 
 } // namespace roost::local

@@ -27,6 +27,10 @@ void describeOptions(QCommandLineParser& parser)
     parser.addOptions({
         {u"port"_s, u"Port of the service; 0, the default, takes a free one."_s, u"port"_s},
         {u"control-port"_s, u"Port of the run-time control; 0, the default, takes a free one."_s, u"port"_s},
+        {u"certificate"_s,
+         u"Has the service speak https, as localhost, and show the certificate in this PEM file."_s,
+         u"file"_s},
+        {u"key"_s, u"The key of that certificate, in a PEM file."_s, u"file"_s},
         {u"seed"_s, u"Makes numbers and tokens the same in every run."_s, u"number"_s},
         {u"profiles"_s, u"How many profiles there are; 3 by default."_s, u"number"_s},
         {u"auto-consent"_s,
@@ -106,6 +110,11 @@ std::expected<ServiceOptions, QString> parseServiceOptions(const QStringList& gi
     Numbers numbers(parser);
     options.port = static_cast<quint16>(numbers.read(u"port"_s, 0, 65'535, 0));
     options.controlPort = static_cast<quint16>(numbers.read(u"control-port"_s, 0, 65'535, 0));
+    options.certificateFile = parser.value(u"certificate"_s);
+    options.keyFile = parser.value(u"key"_s);
+    if (options.certificateFile.isEmpty() != options.keyFile.isEmpty()) {
+        return std::unexpected(u"--certificate and --key need each other."_s);
+    }
     if (parser.isSet(u"seed"_s)) {
         options.seed =
             static_cast<std::uint64_t>(numbers.read(u"seed"_s, 0, std::numeric_limits<qint64>::max(), 0));

@@ -16,6 +16,10 @@ struct ServiceOptions {
     /// 0: a free one.
     quint16 port = 0;
     quint16 controlPort = 0;
+    /// PEM files: with both, the service speaks TLS and shows this certificate; its control never does.
+    /// Either both or none are there.
+    QString certificateFile{};
+    QString keyFile{};
     /// Settles the numbers, and all tokens. Without one the numbers are those of seed 1 and the tokens are
     /// random.
     std::optional<std::uint64_t> seed = std::nullopt;

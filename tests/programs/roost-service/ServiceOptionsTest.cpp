@@ -52,6 +52,15 @@ TEST(ServiceOptions, AreReadFromTheCommandLine)
     EXPECT_EQ(options->timeScale, 3600);
 }
 
+TEST(ServiceOptions, NameACertificateWithItsKey)
+{
+    const auto options = parse({u"--certificate"_s, u"certificate.pem"_s, u"--key=key.pem"_s});
+    ASSERT_TRUE(options);
+    EXPECT_EQ(options->certificateFile, u"certificate.pem"_s);
+    EXPECT_EQ(options->keyFile, u"key.pem"_s);
+    EXPECT_EQ(parse({})->certificateFile, QString());
+}
+
 TEST(ServiceOptions, TakeAProfileBehindAutoConsentWhereThereIsOne)
 {
     EXPECT_EQ(parse({u"--auto-consent"_s, u"mira"_s, u"--seed=1"_s})->autoConsentProfile, "mira");
@@ -71,6 +80,7 @@ TEST(ServiceOptions, ComplainAboutWhatTheyDoNotUnderstand)
               "--seed needs a whole number from 0 to 9223372036854775807.");
     EXPECT_EQ(complaintAbout({u"--code-ttl"_s, u"soon"_s}),
               "--code-ttl needs a whole number from 0 to 316224000.");
+    EXPECT_EQ(complaintAbout({u"--key"_s, u"key.pem"_s}), "--certificate and --key need each other.");
     EXPECT_EQ(complaintAbout({u"extra"_s}), "\"extra\" is not an option.");
     EXPECT_NE(complaintAbout({u"--sed"_s}), "none");
 }
@@ -78,8 +88,8 @@ TEST(ServiceOptions, ComplainAboutWhatTheyDoNotUnderstand)
 TEST(ServiceOptions, AreAllNamedInTheHelp)
 {
     for (const char* option :
-         {"--port", "--control-port", "--seed", "--profiles", "--auto-consent", "--access-ttl",
-          "--refresh-ttl", "--code-ttl", "--time-scale", "--help", "--version"}) {
+         {"--port", "--control-port", "--certificate", "--key", "--seed", "--profiles", "--auto-consent",
+          "--access-ttl", "--refresh-ttl", "--code-ttl", "--time-scale", "--help", "--version"}) {
         EXPECT_TRUE(serviceHelp().contains(QLatin1StringView(option))) << option;
     }
 }
