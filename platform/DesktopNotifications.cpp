@@ -52,7 +52,7 @@ bool saysNobodyIsThere(const QDBusMessage& answer)
 
 } // namespace
 
-DesktopNotifications::DesktopNotifications(QString addresses, QString openLabel)
+DesktopNotifications::DesktopNotifications(QString addresses, std::function<QString()> openLabel)
     : addresses_{std::move(addresses)},
       openLabel_{std::move(openLabel)}
 {
@@ -178,7 +178,8 @@ QDBusMessage DesktopNotifications::notifyCall(const Request& request) const
     const QString body = textOf(request.body);
     QStringList actions;
     if (!request.userInfo.empty() && capabilities_->contains(QLatin1String("actions"))) {
-        actions = {QStringLiteral("default"), openLabel_, QStringLiteral("open"), openLabel_};
+        const QString label = openLabel_();
+        actions = {QStringLiteral("default"), label, QStringLiteral("open"), label};
     }
     QVariantMap hints{{QStringLiteral("category"), textOf(request.threadIdentifier)},
                       {QStringLiteral("desktop-entry"), RoostBus::name},

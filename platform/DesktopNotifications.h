@@ -10,6 +10,7 @@
 #include <QStringList>
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -26,8 +27,8 @@ class DesktopNotifications final : public QObject, public NotificationCenter {
 
 public:
     /// `addresses` are those of the bus, as `sessionBusAddresses` gives them. `openLabel` says "Open" on a
-    /// button, in the user's language.
-    DesktopNotifications(QString addresses, QString openLabel);
+    /// button, in the user's language; it is asked for each notification.
+    DesktopNotifications(QString addresses, std::function<QString()> openLabel);
     ~DesktopNotifications() override;
 
     void setDelegate(Delegate* delegate) override { delegate_ = delegate; }
@@ -59,7 +60,7 @@ private:
     void keep(std::uint32_t id, Request request);
 
     QString addresses_;
-    QString openLabel_;
+    std::function<QString()> openLabel_;
     Delegate* delegate_ = nullptr;
     std::shared_ptr<BusConnection> bus_;
     /// The unique name of the server that `capabilities_` and `shown_` are of.

@@ -95,8 +95,9 @@ QCoro::Task<CommandResult> runNotify(NotifyCommand command, NotifyParts parts, s
 {
     const SampleEvents::Sample sample = SampleEvents::of(command.kind, parts.now());
     const std::string off = switchesOff(sample.events, parts.settings);
-    const std::string openLabel = RoostL10n::bundle(parts.format.locale()).text(knownText("Open"));
-    DesktopNotifications desktop{parts.busAddresses, QString::fromStdString(openLabel)};
+    const QString openLabel =
+        QString::fromStdString(RoostL10n::bundle(parts.format.locale()).text(knownText("Open")));
+    DesktopNotifications desktop{parts.busAddresses, [openLabel] { return openLabel; }};
     WitnessedNotifications center{desktop};
     NotificationService service{center, parts.settings, parts.open};
     auto delivering = service.deliver(sample.events, sample.snapshot, parts.format, parts.base, stop);

@@ -92,9 +92,11 @@ QCoro::Task<CommandResult> runCompanion(Machine* machine, QUrl base, QProcessEnv
     BrowserLauncher launcher{environment};
     AppBrowser browser{machine->files(), environment, inbox, presence, launcher};
     const auto open = [&launcher](const WebURL& url) { launcher.open(url, [](BrowserOpener::Trouble) {}); };
-    DesktopNotifications center{
-        sessionBusAddresses(environment),
-        QString::fromStdString(RoostL10n::bundle(RoostFormat::system().locale()).text("Open"))};
+    // The word is looked up when there is something to say: ICU's data for it take more than a megabyte.
+    const auto openLabel = [] {
+        return QString::fromStdString(RoostL10n::bundle(RoostFormat::system().locale()).text("Open"));
+    };
+    DesktopNotifications center{sessionBusAddresses(environment), openLabel};
     AppModel model{
         {.store = machine->store(),
          .baseURL = base,

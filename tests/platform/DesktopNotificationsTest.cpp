@@ -59,7 +59,7 @@ protected:
 
     PrivateBus bus;
     std::unique_ptr<NotificationServerStandIn> server;
-    DesktopNotifications center{bus.address(), QStringLiteral("Öffnen")};
+    DesktopNotifications center{bus.address(), [] { return QStringLiteral("Öffnen"); }};
     Listener listener;
 };
 
@@ -76,7 +76,7 @@ TEST_F(DesktopNotificationsTest, MayNotifyWhenThereIsAServer)
 TEST_F(DesktopNotificationsTest, MayNotNotifyWithoutABus)
 {
     for (const QString& address : {QString{}, QStringLiteral("unix:path=/nowhere/bus")}) {
-        DesktopNotifications alone{address, QStringLiteral("Open")};
+        DesktopNotifications alone{address, [] { return QStringLiteral("Open"); }};
         EXPECT_EQ(await(alone.authorization(guardTime)), Authorization::denied);
         EXPECT_FALSE(await(alone.add(requestOf("a"), guardTime)));
     }
@@ -356,7 +356,7 @@ TEST_F(DesktopNotificationsTest, TurnsToTheServerOfABusThatWasRestarted)
 {
     // Without the identifier of the bus, as desktops name theirs.
     const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
-    DesktopNotifications lasting{address, QStringLiteral("Open")};
+    DesktopNotifications lasting{address, [] { return QStringLiteral("Open"); }};
     serve();
     ASSERT_TRUE(await(lasting.add(requestOf("a"), guardTime)));
     bus.end();

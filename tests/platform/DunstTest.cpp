@@ -30,7 +30,7 @@ protected:
     PrivateBus bus;
     PrivateDisplay display;
     std::optional<Dunst> dunst{std::in_place, bus, display};
-    DesktopNotifications center{bus.address(), QStringLiteral("Open")};
+    DesktopNotifications center{bus.address(), [] { return QStringLiteral("Open"); }};
     Listener listener;
     const Request failed{"p|failed:1",
                          "A post did not go out",
@@ -81,7 +81,7 @@ TEST_F(DunstTest, ReplacesWhatAnEarlierProcessHasShownAndNothingElse)
 {
     // Texts differ, since dunst shows equal ones once.
     ASSERT_TRUE(add(failed));
-    DesktopNotifications later{bus.address(), QStringLiteral("Open")};
+    DesktopNotifications later{bus.address(), [] { return QStringLiteral("Open"); }};
     Request again = failed;
     again.body = "The same, said otherwise";
     ASSERT_TRUE(await(later.add(again, guardTime)));

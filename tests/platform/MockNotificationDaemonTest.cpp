@@ -40,7 +40,7 @@ protected:
 
     PrivateBus bus;
     MemorySettings settings;
-    DesktopNotifications center{bus.address(), QStringLiteral("Öffnen")};
+    DesktopNotifications center{bus.address(), [] { return QStringLiteral("Öffnen"); }};
     std::vector<std::string> opened;
     NotificationService service{center, settings,
                                 [this](const WebURL& url) { opened.push_back(url.text()); }};
@@ -98,7 +98,7 @@ TEST(MockNotificationDaemon, IsStartedByTheBusWhereItIsInstalled)
              "Exec=/usr/bin/python3 -m dbusmock --session --template notification_daemon\n");
     ASSERT_FALSE(bus.connection().interface()->call(QStringLiteral("ReloadConfig")).type() ==
                  QDBusMessage::ErrorMessage);
-    DesktopNotifications center{bus.address(), QStringLiteral("Open")};
+    DesktopNotifications center{bus.address(), [] { return QStringLiteral("Open"); }};
     EXPECT_EQ(await(center.authorization(guardTime)), NotificationCenter::Authorization::authorized);
     EXPECT_TRUE(await(center.add(requestOf("a", "https://a.example/"), guardTime)));
 }

@@ -85,7 +85,7 @@ protected:
     RoostSnapshot snapshot = SampleData::minimal(Date{});
     RoostFormat format{{"en_US", "UTC", "UTC"}};
     std::vector<std::string> opened;
-    DesktopNotifications center{bus.address(), QStringLiteral("Open")};
+    DesktopNotifications center{bus.address(), [] { return QStringLiteral("Open"); }};
     NotificationService service{center, settings,
                                 [this](const WebURL& url) { opened.push_back(url.text()); }};
 };
