@@ -110,7 +110,7 @@ void HttpExchange::write() { socket_->write(std::exchange(bytes_, {})); }
 void HttpExchange::read()
 {
     while (!result_ && socket_->bytesAvailable() > 0) {
-        parser_.feed(socket_->read(pieceSize));
+        parser_.feed(socket_->read(std::min(pieceSize, socket_->bytesAvailable())));
         if (parser_.result()) {
             settle(*parser_.result());
         }
