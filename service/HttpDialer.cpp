@@ -1,5 +1,6 @@
 #include "service/HttpDialer.h"
 
+#include "service/HostLookup.h"
 #include "service/HttpErrorCodes.h"
 
 #include <QSslSocket>
@@ -48,7 +49,7 @@ HttpDialer::HttpDialer(HttpRoute route, Security security, Done done, QObject* p
         addresses_ = inTurns(route_.addresses);
         QMetaObject::invokeMethod(this, &HttpDialer::tryNext, Qt::QueuedConnection);
     } else {
-        QHostInfo::lookupHost(route_.host, this, [this](const QHostInfo& info) { lookedUp(info); });
+        lookUpHost(route_.host, this, [this](const QHostInfo& info) { lookedUp(info); });
     }
 }
 
