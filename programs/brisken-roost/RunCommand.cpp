@@ -6,6 +6,7 @@
 #include "platform/BrowserAuthenticator.h"
 #include "platform/BrowserLauncher.h"
 #include "platform/DesktopNotifications.h"
+#include "platform/FreedMemory.h"
 #include "platform/IniSettings.h"
 #include "platform/SchemeHandler.h"
 #include "platform/SystemBootTime.h"
@@ -126,6 +127,15 @@ QCoro::Task<CommandResult> runCompanion(Machine* machine, QUrl base, QProcessEnv
     // A bus that was gone is looked for whenever there is something to do anyway.
     QObject::connect(&model.state(), &AppState::isRefreshingChanged, &model.state(),
                      [&presence] { presence.appear(); });
+    // Between refreshes the app only waits. Queued, so that the refresh is over with all that it needed.
+    QObject::connect(
+        &model.state(), &AppState::isRefreshingChanged, &model.state(),
+        [&model] {
+            if (!model.state().isRefreshing()) {
+                giveBackFreedMemory();
+            }
+        },
+        Qt::QueuedConnection);
     const auto coming = wanted.coming();
     co_await coming;
     auto quitting = model.quit();
