@@ -147,10 +147,19 @@ void Accounts::persist(Reload reload)
     }
     // Records that nobody has read are not overwritten.
     if (!isWithheld_) {
-        static_cast<void>(parts_.store.write({.writtenAt = parts_.now(), .accounts = state_->accounts()}));
+        const auto written =
+            parts_.store.write({.writtenAt = parts_.now(), .accounts = state_->accounts()}, unwritten_);
+        unwritten_ = written ? std::error_code{} : written.error();
     }
     if (reload == Reload::yes) {
         parts_.widgets.reloadAll();
+    }
+}
+
+void Accounts::persistUnsaved()
+{
+    if (isWithheld_ || unwritten_) {
+        persist(Reload::yes);
     }
 }
 

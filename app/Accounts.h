@@ -19,6 +19,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <system_error>
 #include <vector>
 
 namespace roost {
@@ -93,6 +94,9 @@ public:
     enum class Reload { no, yes };
     void persist(Reload reload);
 
+    /// Tries once more to write records that could not be written the last time.
+    void persistUnsaved();
+
     /// Ends when every session's refresh has ended and its token is stored, or cannot be. No session hands
     /// out tokens any more.
     QCoro::Task<void> quit();
@@ -123,6 +127,8 @@ private:
     std::map<std::string, std::uint64_t> signIns_;
     /// Whether there is a file that could not be read, whose records must not be lost.
     bool isWithheld_ = false;
+    /// Why the file is older than the records; nothing when it is not.
+    std::error_code unwritten_;
 };
 
 } // namespace roost

@@ -1,4 +1,5 @@
 #include "app/Accounts.h"
+#include "model/RoostLog.h"
 #include "service/RefreshTokenKeeper.h"
 
 #include <algorithm>
@@ -18,6 +19,10 @@ std::optional<Date> Accounts::loadRecords()
 {
     std::optional<RoostStoreFile> file = parts_.store.read();
     isWithheld_ = !file && parts_.store.isWithheld();
+    if (isWithheld_) {
+        qCCritical(RoostLog::console,
+                   "Brisken Roost: could not read the widget snapshot, which is left as it is");
+    }
     if (!file) {
         return std::nullopt;
     }

@@ -1,5 +1,7 @@
 #include "app/Announcements.h"
 
+#include "model/RoostLog.h"
+
 #include <utility>
 
 namespace roost {
@@ -14,8 +16,28 @@ std::vector<PlannedEvent> Announcements::note(const std::string& profileId,
     // The keys of the events are among them.
     ledger_.mark(plan.announcedKeys, parts_.now());
     ledger_.prune(kept);
-    static_cast<void>(parts_.ledgerStore.save(ledger_));
+    save();
     return std::move(plan.events);
+}
+
+void Announcements::saveUnsaved()
+{
+    if (unsaved_) {
+        save();
+    }
+}
+
+/// A disk that stays full is told of once.
+void Announcements::save()
+{
+    const auto saved = parts_.ledgerStore.save(ledger_);
+    const std::error_code failed = saved ? std::error_code{} : saved.error();
+    if (failed && failed != unsaved_) {
+        qCCritical(RoostLog::console).noquote()
+            << QStringLiteral("Brisken Roost: could not write down what was announced (%1)")
+                   .arg(QString::fromStdString(failed.message()));
+    }
+    unsaved_ = failed;
 }
 
 void Announcements::deliver(std::vector<PlannedEvent> events, RoostSnapshot snapshot)

@@ -16,6 +16,7 @@
 #include <optional>
 #include <stop_token>
 #include <string>
+#include <system_error>
 #include <vector>
 
 namespace roost {
@@ -48,6 +49,9 @@ public:
     std::vector<PlannedEvent> note(const std::string& profileId, const std::optional<RoostSnapshot>& previous,
                                    const RoostSnapshot& current);
 
+    /// Tries once more to write a ledger that could not be written the last time.
+    void saveUnsaved();
+
     /// Has them delivered in their order, after those that are on their way. `snapshot` brought them.
     void deliver(std::vector<PlannedEvent> events, RoostSnapshot snapshot);
 
@@ -64,11 +68,14 @@ private:
         RoostSnapshot snapshot;
     };
 
+    void save();
     NotificationService& service();
     QCoro::Task<void> deliverAll();
 
     Parts parts_;
     AnnouncedLedger ledger_;
+    /// Why the ledger on the disk is older than this one; nothing when it is not.
+    std::error_code unsaved_;
     std::unique_ptr<NotificationService> service_;
     std::deque<Delivery> due_;
     bool isDelivering_ = false;

@@ -209,6 +209,8 @@ QCoro::Task<void> AppModel::quit()
     // Nobody signs in any more, but somebody may have been signed out meanwhile.
     auto signingOut = tasks_.settled();
     co_await signingOut;
+    announcements_.saveUnsaved();
+    accounts_.persistUnsaved();
 }
 
 /// On the first sign-in ever the app comes to stay; what the user chooses later is never overridden.

@@ -126,7 +126,8 @@ public:
     RoostWidgetModel::Content content(Date at) const;
 
     /// Ends everything that is under way; ends when it is. A token that is being fetched is waited for and
-    /// stored, which takes no longer than a request and some calls of the keyring.
+    /// stored, which takes no longer than a request and some calls of the keyring. What could not be written
+    /// is tried once more.
     QCoro::Task<void> quit();
 
 private:

@@ -44,7 +44,7 @@ public:
         return nlohmannPeer::decodeStoreFile(bytes);
     }
 
-    bool write() const { return store_.write(contents_); }
+    bool write() const { return store_.write(contents_).has_value(); }
 
     bool writeWithRapidjson()
     {

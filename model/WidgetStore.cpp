@@ -20,18 +20,22 @@ WidgetStore::WidgetStore(FileSystem& files, std::filesystem::path directory)
 
 std::filesystem::path WidgetStore::file() const { return directory_ / "widget-state.json"; }
 
-bool WidgetStore::write(const RoostStoreFile& contents) const
+std::expected<void, std::error_code> WidgetStore::write(const RoostStoreFile& contents,
+                                                        std::error_code said) const
 {
     std::error_code failed = files_->makeFolders(directory_);
     if (!failed) {
         failed = replaceFile(*files_, file(), RoostJSON::encoder().encode(contents));
     }
-    if (failed) {
+    if (!failed) {
+        return {};
+    }
+    if (failed != said) {
         qCCritical(RoostLog::console).noquote()
             << QStringLiteral("Brisken Roost: could not write the widget snapshot (%1)")
                    .arg(QString::fromStdString(failed.message()));
     }
-    return !failed;
+    return std::unexpected(failed);
 }
 
 std::optional<RoostStoreFile> WidgetStore::read() const

@@ -3,8 +3,10 @@
 #include "model/FileSystem.h"
 #include "model/RoostStoreFile.h"
 
+#include <expected>
 #include <filesystem>
 #include <optional>
+#include <system_error>
 
 namespace roost {
 
@@ -22,9 +24,10 @@ public:
     std::filesystem::path file() const;
 
     /// Writes `contents` atomically and durably, making the folder first. On failure the old file stays (the
-    /// new one when only the last flush failed), one line goes to the log, and the result is false; there is
-    /// no retry.
-    bool write(const RoostStoreFile& contents) const;
+    /// new one when only the last flush failed), and one line goes to the log, unless the error is `said`:
+    /// what has been told of the last time need not be told again. There is no retry.
+    std::expected<void, std::error_code> write(const RoostStoreFile& contents,
+                                               std::error_code said = {}) const;
 
     /// The file's contents; nothing, silently, when it is missing, unreadable, not a store file, or larger
     /// than 512 MiB.

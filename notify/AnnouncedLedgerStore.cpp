@@ -28,11 +28,14 @@ AnnouncedLedger AnnouncedLedgerStore::load() const
     return decoded ? *std::move(decoded) : AnnouncedLedger{};
 }
 
-bool AnnouncedLedgerStore::save(const AnnouncedLedger& ledger) const
+std::expected<void, std::error_code> AnnouncedLedgerStore::save(const AnnouncedLedger& ledger) const
 {
     // Without the folder the write below fails, and that is what counts.
     static_cast<void>(files_->makeFolders(url_.parent_path()));
-    return !replaceFile(*files_, url_, RoostJSON::encoder().encode(ledger));
+    if (const auto failed = replaceFile(*files_, url_, RoostJSON::encoder().encode(ledger))) {
+        return std::unexpected(failed);
+    }
+    return {};
 }
 
 } // namespace roost

@@ -4,7 +4,9 @@
 #include "model/SharedContainer.h"
 #include "notify/AnnouncedLedger.h"
 
+#include <expected>
 #include <filesystem>
+#include <system_error>
 
 namespace roost {
 
@@ -24,9 +26,9 @@ public:
     /// ledger. Such a file stays as it is: the next good `save` replaces it.
     AnnouncedLedger load() const;
 
-    /// Writes `ledger` atomically and durably, making the folder first. Whether it could; there is no log
-    /// line and no retry, since the next refresh saves the whole ledger again.
-    bool save(const AnnouncedLedger& ledger) const;
+    /// Writes `ledger` atomically and durably, making the folder first. On failure there is no log line and
+    /// no retry, since the next refresh saves the whole ledger again.
+    std::expected<void, std::error_code> save(const AnnouncedLedger& ledger) const;
 
 private:
     FileSystem* files_;

@@ -46,7 +46,8 @@ bool AccountFile::remove(const std::string& profileId) const
 
 bool AccountFile::write(std::vector<RoostAccountRecord> records) const
 {
-    return !store_.isWithheld() && store_.write({.writtenAt = now_(), .accounts = std::move(records)});
+    return !store_.isWithheld() &&
+           store_.write({.writtenAt = now_(), .accounts = std::move(records)}).has_value();
 }
 
 } // namespace roost

@@ -83,7 +83,7 @@ TEST_F(AnnouncementsTest, RemembersTheNewestSixHundred)
     for (int i = 0; i < 700; ++i) {
         old.mark({"old " + std::to_string(i)}, time.now() - 1000s + std::chrono::seconds{i});
     }
-    ledgerStore.save(old);
+    ASSERT_TRUE(ledgerStore.save(old));
     signInBefore("p1");
     start();
 

@@ -1,6 +1,7 @@
 #include "app/AppModel.h"
 
 #include "model/RefreshSignal.h"
+#include "model/RoostLog.h"
 #include "tests/app/AppWorld.h"
 
 #include <gmock/gmock.h>
@@ -20,6 +21,26 @@ protected:
     LogCatcher log;
 
     QList<QString> told() const { return log.messages("world.brisken.roost.mac.sync"); }
+
+    /// What was said on the console since the last call.
+    QList<QString> complaints()
+    {
+        const QList<QString> all = log.messages(RoostLog::console().categoryName());
+        return all.sliced(std::exchange(complaints_, all.size()));
+    }
+    static QString cannotWrite(const char* why)
+    {
+        return QStringLiteral("Brisken Roost: could not write the widget snapshot (%1)")
+            .arg(QString::fromLatin1(why));
+    }
+    static QString cannotAnnounce(const char* why)
+    {
+        return QStringLiteral("Brisken Roost: could not write down what was announced (%1)")
+            .arg(QString::fromLatin1(why));
+    }
+
+private:
+    qsizetype complaints_ = 0;
 };
 
 TEST_F(AppModelTest, HasNobodyAtFirst)
@@ -64,10 +85,10 @@ TEST_F(AppModelTest, BelievesTheStoreAndNotTheFileAboutWhoIsSignedIn)
     signInBefore("p1");
     signInBefore("p3");
     RoostSnapshot old = numbersOf("p2", time.now() - 24h);
-    store.write(
+    ASSERT_TRUE(store.write(
         {.writtenAt = time.now() - 1h,
          .accounts = {{.profileId = "p2", .profileName = "Two", .status = Status::ok, .snapshot = old},
-                      {.profileId = "p1", .profileName = "One", .status = Status::signedOut}}});
+                      {.profileId = "p1", .profileName = "One", .status = Status::signedOut}}}));
     roost.trouble = [](const HttpRequest&) { return noNetwork(); };
     start();
 
@@ -159,7 +180,8 @@ TEST_F(AppModelTest, AsksALockedStoreAgainAndKeepsEverybodyMeanwhile)
 {
     signInBefore("p1");
     signInBefore("p2");
-    store.write({.writtenAt = time.now(), .accounts = {{.profileId = "p1", .profileName = "One"}}});
+    ASSERT_TRUE(
+        store.write({.writtenAt = time.now(), .accounts = {{.profileId = "p1", .profileName = "One"}}}));
     secrets.unavailable = SecretsUnavailable{SecretsUnavailable::Why::locked};
     start();
     ASSERT_EQ(state().accounts().size(), 1U);
@@ -174,7 +196,8 @@ TEST_F(AppModelTest, AsksALockedStoreAgainAndKeepsEverybodyMeanwhile)
 
 TEST_F(AppModelTest, FindsOutThatATokenIsGoneWhenTheStoreOpens)
 {
-    store.write({.writtenAt = time.now(), .accounts = {{.profileId = "p1", .profileName = "One"}}});
+    ASSERT_TRUE(
+        store.write({.writtenAt = time.now(), .accounts = {{.profileId = "p1", .profileName = "One"}}}));
     secrets.values["client-id|https://roost.test"] = "client";
     secrets.unavailable = SecretsUnavailable{SecretsUnavailable::Why::notAnswering};
     start();
@@ -187,7 +210,8 @@ TEST_F(AppModelTest, FindsOutThatATokenIsGoneWhenTheStoreOpens)
 TEST_F(AppModelTest, DoesNotOverwriteAFileThatItCannotRead)
 {
     signInBefore("p1");
-    store.write({.writtenAt = time.now(), .accounts = {{.profileId = "p2", .profileName = "Two"}}});
+    ASSERT_TRUE(
+        store.write({.writtenAt = time.now(), .accounts = {{.profileId = "p2", .profileName = "Two"}}}));
     const std::string before = *disk.contents(store.file());
     files.failEvery(FailingFileSystem::Operation::read, std::make_error_code(std::errc::io_error));
     start();
@@ -212,6 +236,117 @@ TEST_F(AppModelTest, GoesOnWhenTheDiskIsFullAndWritesWhenItIsNot)
     files.recover();
     time.advance(300s);
     EXPECT_EQ(record("p1")->snapshot->views.total, 800);
+}
+
+TEST_F(AppModelTest, SaysOnceThatTheDiskIsFull)
+{
+    signInBefore("p1");
+    start();
+    const auto full = std::make_error_code(std::errc::no_space_on_device);
+    files.failEvery(FailingFileSystem::Operation::write, full);
+    time.advance(1200s);
+    EXPECT_THAT(complaints(), ElementsAre(cannotAnnounce("No space left on device"),
+                                          cannotWrite("No space left on device")));
+
+    // The same trouble is another matter when all was well in between, and so is another trouble.
+    files.recover();
+    time.advance(600s);
+    EXPECT_THAT(complaints(), IsEmpty());
+    files.failEvery(FailingFileSystem::Operation::write, full);
+    time.advance(600s);
+    EXPECT_THAT(complaints(), ElementsAre(cannotAnnounce("No space left on device"),
+                                          cannotWrite("No space left on device")));
+    files.failEvery(FailingFileSystem::Operation::write, std::make_error_code(std::errc::io_error));
+    time.advance(600s);
+    EXPECT_THAT(complaints(),
+                ElementsAre(cannotAnnounce("Input/output error"), cannotWrite("Input/output error")));
+}
+
+TEST_F(AppModelTest, GoesOnInAHomeInWhichNothingCanTakeAnothersPlace)
+{
+    signInBefore("p1");
+    files.failEvery(FailingFileSystem::Operation::rename,
+                    std::make_error_code(std::errc::operation_not_permitted));
+    start();
+    time.advance(1200s);
+    EXPECT_EQ(state().accounts()[0].snapshot->views.total, 700);
+    EXPECT_EQ(state().accounts()[0].fetchedAt, time.now());
+    EXPECT_THAT(complaints(), testing::UnorderedElementsAre(cannotAnnounce("Operation not permitted"),
+                                                            cannotWrite("Operation not permitted")));
+    files.recover();
+    time.advance(300s);
+    EXPECT_TRUE(record("p1").has_value());
+}
+
+TEST_F(AppModelTest, KeepsItsPaceWhenTheClockIsSet)
+{
+    signInBefore("p1");
+    start();
+    time.advance(100s);
+    for (const auto jump : {-std::chrono::hours(48), std::chrono::hours(24)}) {
+        time.setClock(time.now() + jump);
+        widgetRequests();
+        time.advance(900s);
+        EXPECT_THAT(widgetRequests(), ElementsAre("widget p1", "widget p1", "widget p1"));
+        EXPECT_EQ(record("p1")->status, Status::ok);
+    }
+}
+
+TEST_F(AppModelTest, SaysOnceThatTheFileCannotBeRead)
+{
+    ASSERT_TRUE(
+        store.write({.writtenAt = time.now(), .accounts = {{.profileId = "p2", .profileName = "Two"}}}));
+    files.failEvery(FailingFileSystem::Operation::read, std::make_error_code(std::errc::io_error));
+    start();
+    time.advance(1200s);
+
+    EXPECT_THAT(complaints(), ElementsAre(QStringLiteral("Brisken Roost: could not read the widget snapshot, "
+                                                         "which is left as it is")));
+}
+
+TEST_F(AppModelTest, WritesAtTheEndWhatItCouldNotWriteBefore)
+{
+    signInBefore("p1");
+    start();
+    files.failEvery(FailingFileSystem::Operation::write, std::make_error_code(std::errc::no_space_on_device));
+    roost.onRead = [](RoostSnapshot& numbers) { numbers.best->views = 1500; };
+    time.advance(300s);
+    ASSERT_FALSE(ledger().entries.contains("p1|milestone:x|the best:1000"));
+    files.recover();
+    const int reloads = widgets.reloads;
+    quit();
+
+    EXPECT_EQ(record("p1")->snapshot->best->views, 1500);
+    EXPECT_TRUE(ledger().entries.contains("p1|milestone:x|the best:1000"));
+    EXPECT_EQ(widgets.reloads, reloads + 1);
+}
+
+TEST_F(AppModelTest, WritesAtTheEndWhatWasKeptFromAFileThatCouldNotBeRead)
+{
+    signInBefore("p1");
+    ASSERT_TRUE(
+        store.write({.writtenAt = time.now(), .accounts = {{.profileId = "p2", .profileName = "Two"}}}));
+    files.failEvery(FailingFileSystem::Operation::read, std::make_error_code(std::errc::io_error));
+    start();
+    files.recover();
+    quit();
+
+    EXPECT_TRUE(record("p1").has_value());
+    EXPECT_TRUE(record("p2").has_value());
+}
+
+TEST_F(AppModelTest, WritesNothingAtTheEndThatIsWrittenAlready)
+{
+    signInBefore("p1");
+    start();
+    time.advance(400s);
+    const auto writes = [this] {
+        return std::ranges::count(files.seen(), FailingFileSystem::Operation::openTemporary);
+    };
+    const auto before = writes();
+    quit();
+
+    EXPECT_EQ(writes(), before);
 }
 
 TEST_F(AppModelTest, RefreshesWhenTheMachineWakes)
@@ -248,7 +383,7 @@ TEST_F(AppModelTest, RefreshesOnceForOneRequestOfAWidgetHoweverItHears)
 TEST_F(AppModelTest, TakesASignalFromBeforeTheFileForDone)
 {
     signInBefore("p1");
-    store.write({.writtenAt = time.now() - 1min, .accounts = {}});
+    ASSERT_TRUE(store.write({.writtenAt = time.now() - 1min, .accounts = {}}));
     start();
     time.advance(100s);
     widgetRequests();
@@ -278,7 +413,7 @@ TEST_F(AppModelTest, HearsARequestThatCouldNotBeWritten)
 TEST_F(AppModelTest, TakesARequestFromBeforeItsStartForItsFirstCycle)
 {
     signInBefore("p1");
-    store.write({.writtenAt = time.now() - 1h, .accounts = {}});
+    ASSERT_TRUE(store.write({.writtenAt = time.now() - 1h, .accounts = {}}));
     RefreshSignal::request(store, time.now() - 1min, [](Date) {});
     start();
     events.folderChanged();

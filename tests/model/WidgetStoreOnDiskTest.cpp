@@ -49,7 +49,7 @@ protected:
     {
         const test::LogCatcher log;
         const std::string before = test::bytesOf(store.file());
-        const bool written = store.write(file);
+        const bool written = store.write(file).has_value();
         std::string said = written ? "written" : "failed";
         for (const auto& line : log.lines()) {
             said += "; " + line.message.toStdString();

@@ -154,6 +154,21 @@ TEST_F(WidgetStoreTest, SaysThatTheNewFileMayNotOutliveAPowerCutWhenTheFolderCan
                   QStringLiteral("Brisken Roost: could not write the widget snapshot (Input/output error)")});
 }
 
+TEST_F(WidgetStoreTest, DoesNotSayAgainWhatHasBeenSaid)
+{
+    const auto full = std::make_error_code(std::errc::no_space_on_device);
+    files.failEvery(Operation::write, full);
+    const auto first = store.write(some(1));
+    ASSERT_FALSE(first);
+    EXPECT_EQ(first.error(), full);
+    EXPECT_FALSE(store.write(some(1), first.error()));
+    EXPECT_EQ(log.lines().size(), 1);
+
+    files.failEvery(Operation::write, std::make_error_code(std::errc::io_error));
+    EXPECT_FALSE(store.write(some(1), first.error()));
+    EXPECT_EQ(log.lines().size(), 2);
+}
+
 TEST_F(WidgetStoreTest, DoesNotTryAgain)
 {
     files.failEvery(Operation::write, std::make_error_code(std::errc::no_space_on_device));
