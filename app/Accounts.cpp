@@ -69,6 +69,9 @@ void Accounts::apply(SyncOutcome::Any outcome, const Attempt& attempt)
         }
         qCWarning(RoostLog::sync, "refresh: Roost ended this authorization, profile signed out");
         dismiss(session);
+        if (session->mayLinger()) {
+            unforgotten_.insert(session);
+        }
     } else {
         qCInfo(RoostLog::sync, "refresh: updated");
     }
@@ -133,8 +136,10 @@ QCoro::Task<void> Accounts::forgetAtLast()
         if (this->session(session->profileId())) {
             continue;
         }
-        auto signingOut = session->signOut();
-        if (!co_await signingOut) {
+        // What its user signed out goes in any case; where the service did, another may have signed in.
+        const bool isGone = gone_.contains(session->profileId());
+        auto forgetting = isGone ? session->signOut() : session->forgetLingering();
+        if (!co_await forgetting) {
             unforgotten_.insert(session);
         }
     }

@@ -86,8 +86,8 @@ public:
     /// Drops the profile's record and session at once, has the store forget its token, and writes the file.
     QCoro::Task<void> signOut(std::string profileId);
 
-    /// Tries once more to have the store forget the tokens of profiles that were signed out while it could
-    /// not be asked.
+    /// Tries once more to have the store forget the tokens of profiles that were signed out, by their users
+    /// or by the service, while it could not be asked.
     QCoro::Task<void> forgetAtLast();
 
     /// Writes the records to the shared file; `Reload::yes` has the widgets look at it.

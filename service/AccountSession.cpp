@@ -36,6 +36,7 @@ QCoro::Task<std::expected<void, KeychainError>> AccountSession::adopt(TokenSet t
 {
     ++generation_;
     state_ = State::active;
+    mayLinger_ = false;
     recentTokens_.clear();
     use(std::move(tokens.accessToken), tokens.expiresAt);
     return keeper_->save(std::move(tokens.refreshToken));
@@ -59,7 +60,30 @@ QCoro::Task<AuthResult<std::string>> AccountSession::replaceAccessToken(std::str
 QCoro::Task<bool> AccountSession::signOut()
 {
     becomeSignedOut();
-    return keeper_->remove();
+    return removed(shared_from_this(), keeper_->remove());
+}
+
+QCoro::Task<bool> AccountSession::removed(Self self, QCoro::Task<bool> removing)
+{
+    const std::uint64_t generation = self->generation_;
+    const bool isRemoved = co_await removing;
+    if (generation == self->generation_) {
+        self->mayLinger_ = !isRemoved;
+    }
+    co_return isRemoved;
+}
+
+QCoro::Task<bool> AccountSession::forgetLingering() { return forgotten(shared_from_this()); }
+
+QCoro::Task<bool> AccountSession::forgotten(Self self)
+{
+    auto locking = self->keeper_->lock({});
+    const RefreshTokenKeeper::Lock lock = co_await locking;
+    if (lock && self->mayLinger_) {
+        auto removing = removed(self, self->keeper_->removeOwn());
+        co_await removing;
+    }
+    co_return !self->mayLinger_;
 }
 
 QCoro::Task<bool> AccountSession::signOutOf(std::string accessToken)

@@ -82,6 +82,13 @@ public:
     /// could not be had, which changes nothing. Of the access tokens the last few are known.
     QCoro::Task<bool> signOutOf(std::string accessToken);
 
+    /// Whether the store may still hold the refresh token of this sign-in, which is over.
+    bool mayLinger() const { return mayLinger_; }
+
+    /// Tries once more to have the store forget that token, and leaves alone what another process, or another
+    /// session, has put in its place. False when it may still be there. Nothing while signed in.
+    QCoro::Task<bool> forgetLingering();
+
     /// Tries once more to store a refresh token that the store has not taken. True when there is none
     /// afterwards.
     QCoro::Task<bool> saveUnsaved();
@@ -114,6 +121,8 @@ private:
     static QCoro::Task<bool> isReplaced(Self self);
     static QCoro::Task<bool> signedOutOf(Self self, std::string accessToken);
     static QCoro::Task<void> allSettled(Self self);
+    static QCoro::Task<bool> removed(Self self, QCoro::Task<bool> removing);
+    static QCoro::Task<bool> forgotten(Self self);
 
     std::optional<std::string> currentToken() const;
     void use(std::string accessToken, std::optional<Date> expiresAt);
@@ -130,6 +139,7 @@ private:
     std::stop_source quitting_;
 
     State state_ = State::active;
+    bool mayLinger_ = false;
     /// Raised whenever one sign-in ends or begins.
     std::uint64_t generation_ = 0;
     std::optional<std::string> accessToken_;

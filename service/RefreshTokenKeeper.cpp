@@ -56,6 +56,8 @@ QCoro::Task<bool> RefreshTokenKeeper::remove()
     return removed(std::move(lock), std::move(removing));
 }
 
+QCoro::Task<bool> RefreshTokenKeeper::removeOwn() { return removedOwn(shared_from_this()); }
+
 QCoro::Task<RefreshTokenKeeper::Lock> RefreshTokenKeeper::locked(Self self, std::stop_token stop)
 {
     Lock held = self->held_.lock();
@@ -172,6 +174,22 @@ QCoro::Task<bool> RefreshTokenKeeper::replaced(Self self)
 QCoro::Task<bool> RefreshTokenKeeper::removed(Lock lock, QCoro::Task<bool> removing)
 {
     const Lock held = std::move(lock);
+    const bool isRemoved = co_await removing;
+    co_return isRemoved;
+}
+
+QCoro::Task<bool> RefreshTokenKeeper::removedOwn(Self self)
+{
+    const std::uint64_t changes = self->changes_;
+    auto reading = self->secrets_->get(self->key_);
+    const std::expected<std::optional<std::string>, SecretsUnavailable> stored = co_await reading;
+    if (!stored) {
+        co_return false;
+    }
+    if (changes != self->changes_ || !*stored || !self->own_.contains(**stored)) {
+        co_return true;
+    }
+    auto removing = self->remove();
     const bool isRemoved = co_await removing;
     co_return isRemoved;
 }

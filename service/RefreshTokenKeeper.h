@@ -63,6 +63,10 @@ public:
     /// Forgets the token, here from the call on. False when the store could not be asked.
     QCoro::Task<bool> remove();
 
+    /// Has the store forget a token that this session gave it or found there, and leaves any other alone: it
+    /// is of a newer sign-in. False when the store could not be asked. The caller holds the lock.
+    QCoro::Task<bool> removeOwn();
+
 private:
     using Self = std::shared_ptr<RefreshTokenKeeper>;
     using Acquiring = Completion<Lock>;
@@ -85,6 +89,7 @@ private:
     static QCoro::Task<bool> savedAgain(Self self, std::stop_token stop);
     static QCoro::Task<bool> replaced(Self self);
     static QCoro::Task<bool> removed(Lock lock, QCoro::Task<bool> removing);
+    static QCoro::Task<bool> removedOwn(Self self);
 
     std::optional<std::string> unsavedOrStored(std::optional<std::string> stored);
 

@@ -14,6 +14,20 @@ using Status = RoostAccountRecord::Status;
 class AccountsTest : public testing::Test, protected AppWorld {
 protected:
     LogCatcher log;
+
+    /// The service ends the sign-in of "p1", and the keyring closes before it can be told.
+    void endBehindTheKeyring()
+    {
+        roost.revoke("p1");
+        roost.onAnswer = [this](const HttpRequest& request, HttpResult result) {
+            if (request.url.path() == QLatin1String("/token")) {
+                secrets.unavailable = SecretsUnavailable{SecretsUnavailable::Why::locked};
+            }
+            return result;
+        };
+        time.advance(300s);
+        roost.onAnswer = [](const HttpRequest&, HttpResult result) { return result; };
+    }
 };
 
 TEST_F(AccountsTest, TakesUpTheNumbersOfAFileThatItCouldNotRead)
@@ -137,6 +151,106 @@ TEST_F(AccountsTest, ForgetsATokenAtTheEndThatItCouldNotForgetBefore)
     quit();
 
     EXPECT_EQ(stored("p1"), "");
+}
+
+TEST_F(AccountsTest, ForgetsLaterWhatTheServiceEndedWhileTheStoreWasLocked)
+{
+    start();
+    signIn("p1");
+    endBehindTheKeyring();
+    ASSERT_EQ(record("p1")->status, Status::signedOut);
+    ASSERT_NE(stored("p1"), "");
+    time.advance(600s);
+    EXPECT_NE(stored("p1"), "");
+
+    secrets.unavailable.reset();
+    time.advance(300s);
+    EXPECT_EQ(stored("p1"), "");
+    quit();
+    start();
+    EXPECT_EQ(record("p1")->status, Status::signedOut);
+}
+
+TEST_F(AccountsTest, ForgetsAtTheEndWhatTheServiceEndedWhileTheStoreWasLocked)
+{
+    start();
+    signIn("p1");
+    endBehindTheKeyring();
+    secrets.unavailable.reset();
+    quit();
+
+    EXPECT_EQ(stored("p1"), "");
+}
+
+TEST_F(AccountsTest, ForgetsLaterNoSignInThatCameSince)
+{
+    start();
+    signIn("p1");
+    endBehindTheKeyring();
+    secrets.unavailable.reset();
+    signIn("p1");
+    time.advance(600s);
+
+    EXPECT_TRUE(roost.isAlive(stored("p1")));
+    EXPECT_EQ(record("p1")->status, Status::ok);
+}
+
+TEST_F(AccountsTest, ForgetsLaterNoSignInOfAnotherProcess)
+{
+    start();
+    signIn("p1");
+    endBehindTheKeyring();
+    secrets.unavailable.reset();
+    secrets.values["refresh-token|p1"] = "of another process";
+    time.advance(600s);
+    quit();
+
+    EXPECT_EQ(stored("p1"), "of another process");
+}
+
+TEST_F(AccountsTest, ForgetsWhatItsUserSignedOutAfterTheServiceDid)
+{
+    start();
+    signIn("p1");
+    endBehindTheKeyring();
+    app().signOut("p1");
+    time.advance(0s);
+    secrets.unavailable.reset();
+    time.advance(300s);
+
+    EXPECT_EQ(stored("p1"), "");
+    EXPECT_THAT(state().accounts(), IsEmpty());
+}
+
+TEST_F(AccountsTest, SendsNoTokenThatHasNotBeenSentWhenItQuits)
+{
+    signInBefore("p1");
+    const std::string before = stored("p1");
+    roost.latency = [] { return 40s; };
+    start();
+    // The addresses of the service are still on their way.
+    time.advance(10s);
+    quit();
+
+    EXPECT_EQ(roost.count("/token"), 0U);
+    EXPECT_EQ(stored("p1"), before);
+}
+
+TEST_F(AccountsTest, StoresAtTheEndTheTokenOfASignInThatEndsWhileItQuits)
+{
+    start();
+    lock.hold();
+    signIn("p1");
+    const Pending<void> ending{app().quit()};
+    secrets.failWrites = true;
+    lock.release();
+    // The store takes it again when the records of the new profile are written.
+    files.beforeEach([this](std::size_t) { secrets.failWrites = false; });
+    time.advance(0s);
+    files.beforeEach([](std::size_t) {});
+
+    EXPECT_TRUE(ending.isDone());
+    EXPECT_TRUE(roost.isAlive(stored("p1")));
 }
 
 TEST_F(AccountsTest, KeepsAProfileOutThoughTheFileIsReadOnlyLater)

@@ -131,6 +131,74 @@ TEST_F(AccountSessionSignOutOf, SignsOutWhenAnotherProcessHasOrTheStoreCannotSay
     EXPECT_EQ(session->state(), State::signedOut);
 }
 
+TEST_F(AccountSessionSignOutOf, RemembersThatTheStoreCouldNotBeToldAndTellsItLater)
+{
+    world.secrets.unavailable = SecretsUnavailable{};
+    EXPECT_TRUE(signedOutOf("access-0-0"));
+    EXPECT_TRUE(session->mayLinger());
+    EXPECT_FALSE(world.ended(session->forgetLingering()));
+    EXPECT_EQ(world.stored(), "refresh-0-0");
+
+    world.secrets.unavailable.reset();
+    EXPECT_TRUE(world.ended(session->forgetLingering()));
+    EXPECT_FALSE(session->mayLinger());
+    EXPECT_EQ(world.stored(), "");
+    const auto calls = world.secrets.calls;
+    EXPECT_TRUE(world.ended(session->forgetLingering()));
+    EXPECT_EQ(world.secrets.calls, calls);
+    EXPECT_FALSE(world.lock.isHeld("p1"));
+}
+
+TEST_F(AccountSessionSignOutOf, TellsTheStoreLaterOfItsOwnTokenAlone)
+{
+    world.secrets.unavailable = SecretsUnavailable{};
+    EXPECT_TRUE(signedOutOf("access-0-0"));
+    world.secrets.unavailable.reset();
+    world.lock.isBlocked = true;
+    EXPECT_FALSE(world.ended(session->forgetLingering()));
+    EXPECT_EQ(world.stored(), "refresh-0-0");
+
+    world.lock.isBlocked = false;
+    world.secrets.items[SessionWorld::key] = "of another process";
+    EXPECT_TRUE(world.ended(session->forgetLingering()));
+    EXPECT_EQ(world.stored(), "of another process");
+    EXPECT_FALSE(session->mayLinger());
+}
+
+TEST_F(AccountSessionSignOutOf, LeavesASignInAloneThatComesWhileItTellsTheStoreLater)
+{
+    for (std::uint64_t order = 0; order < orders; ++order) {
+        SessionWorld own(order);
+        const auto signedIn = own.signedIn();
+        own.secrets.unavailable = SecretsUnavailable{};
+        EXPECT_TRUE(own.ended(signedIn->signOutOf("access-0-0")));
+        own.secrets.unavailable.reset();
+        Pending forgetting(signedIn->forgetLingering());
+        for (std::size_t turns = own.turns.below(8); turns > 0; --turns) {
+            own.turns.resumeOne();
+        }
+        Pending adopting(signedIn->adopt(own.server.signIn()));
+        own.endOf(std::move(forgetting));
+        EXPECT_EQ(own.stored(), "refresh-1-0");
+        EXPECT_FALSE(signedIn->mayLinger());
+        EXPECT_EQ(own.ended(signedIn->validAccessToken({})), Token("access-1-0"));
+    }
+}
+
+TEST_F(AccountSessionSignOutOf, LeavesNothingLingeringBehindOnceItIsSignedInAgain)
+{
+    for (std::uint64_t order = 0; order < orders; ++order) {
+        SessionWorld own(order);
+        const auto signedIn = own.signedIn();
+        own.secrets.unavailable = SecretsUnavailable{};
+        Pending leaving(signedIn->signOut());
+        Pending adopting(signedIn->adopt(own.server.signIn()));
+        own.endOf(std::move(leaving));
+        EXPECT_FALSE(signedIn->mayLinger());
+        EXPECT_EQ(own.ended(signedIn->validAccessToken({})), Token("access-1-0"));
+    }
+}
+
 TEST_F(AccountSessionSignOutOf, ChangesNothingWithoutTheLock)
 {
     world.lock.isBlocked = true;
