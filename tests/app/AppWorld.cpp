@@ -27,8 +27,8 @@ AppModel& AppWorld::start()
     app_ = std::make_unique<AppModel>(AppModel::Parts{
         .store = store,
         .baseURL = ModelRoost::baseURL(),
-        .secrets = keyring,
-        .oauth = OAuthClient{ModelRoost::baseURL(), roost.session(), keyring, time.clock()},
+        .secrets = *keyringOfApp,
+        .oauth = OAuthClient{ModelRoost::baseURL(), roost.session(), *keyringOfApp, time.clock()},
         .api = WidgetAPI{ModelRoost::baseURL(), roost.session()},
         .lock = lock,
         .planner = {.freshness = std::chrono::hours(3)},

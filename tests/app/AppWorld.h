@@ -140,6 +140,8 @@ public:
     InMemorySecretStore secrets;
     /// How the app gets at them.
     HesitantSecretStore keyring{secrets};
+    /// What the app takes for its keyring when it is started.
+    SecretStore* keyringOfApp = &keyring;
     ModelRoost roost{time};
     ModelRoost::Browser browser{roost};
     OthersRefreshLock lock;

@@ -14,6 +14,37 @@ using testing::IsEmpty;
 using Kind = RoostAuthError::Kind;
 using Status = RoostAccountRecord::Status;
 
+/// A keyring that answers nobody.
+class SilentKeyring final : public SecretStore {
+public:
+    int unlocks = 0;
+
+    QCoro::Task<std::expected<std::optional<std::string>, SecretsUnavailable>> get(std::string) override
+    {
+        co_return std::unexpected(silence);
+    }
+    QCoro::Task<std::expected<bool, SecretsUnavailable>> contains(std::string) override
+    {
+        co_return std::unexpected(silence);
+    }
+    QCoro::Task<std::expected<void, KeychainError>> set(std::string, std::string) override
+    {
+        co_return std::unexpected(KeychainError{KeychainError::serviceNotAvailable});
+    }
+    QCoro::Task<bool> remove(std::string) override { co_return false; }
+    QCoro::Task<std::expected<std::vector<std::string>, SecretsUnavailable>> keys(std::string) override
+    {
+        co_return std::unexpected(silence);
+    }
+    QCoro::Task<bool> unlock() override
+    {
+        ++unlocks;
+        co_return false;
+    }
+
+    SecretsUnavailable silence{SecretsUnavailable::Why::notAnswering};
+};
+
 class SignInTest : public testing::Test, protected AppWorld {
 protected:
     LogCatcher log;
@@ -160,6 +191,24 @@ TEST_F(SignInTest, BringsBackAProfileWhoseAuthorizationHadEnded)
     widgetRequests();
     time.advance(300s);
     EXPECT_THAT(widgetRequests(), ElementsAre("widget p1"));
+}
+
+TEST_F(SignInTest, AsksTheUserToOpenAStoreThatIsClosedAndNoneThatDoesNotAnswer)
+{
+    quit();
+    SilentKeyring silent;
+    keyringOfApp = &silent;
+    start();
+    signIn("p1");
+    EXPECT_EQ(silent.unlocks, 0);
+
+    silent.silence.why = SecretsUnavailable::Why::noService;
+    signIn("p2");
+    EXPECT_EQ(silent.unlocks, 1);
+    silent.silence.why = SecretsUnavailable::Why::locked;
+    signIn("p3");
+    EXPECT_EQ(silent.unlocks, 2);
+    quit();
 }
 
 TEST_F(SignInTest, IsQuietWhenTheUserClosesTheBrowser)
