@@ -50,10 +50,13 @@ public:
     std::optional<Date> loadRecords();
 
     /// Asks the secret store who is signed in, and has records and sessions follow. While the store cannot
-    /// tell, the records stay as they are, and those that are not signed out get sessions, which find out. A
-    /// store that has told is not asked again: from then on signing in and out happens here. Writes the file
-    /// when it was the first answer.
-    QCoro::Task<void> loadSignedIn();
+    /// tell, which is logged once, the records stay as they are, and those that are not signed out get
+    /// sessions, which find out. A store that has told is not asked again: from then on signing in and out
+    /// happens here. Whether this was the first answer; then the file is written.
+    QCoro::Task<bool> loadSignedIn();
+
+    /// Whether the secret store has said who is signed in.
+    bool isTold() const { return isTold_; }
 
     /// The session of a profile that is signed in, or null.
     Session session(const std::string& profileId) const;
@@ -102,6 +105,7 @@ public:
     QCoro::Task<void> quit();
 
 private:
+    void noteSilence(std::optional<SecretsUnavailable> why);
     void trustRecords();
     void follow(const std::vector<std::string>& keys);
     void fold(RoostAccountRecord record, SyncOutcome::Any outcome);
@@ -117,8 +121,9 @@ private:
     std::vector<std::weak_ptr<AccountSession>> former_;
     /// Of profiles whose token may still be in the store although they are signed out.
     std::set<Session> unforgotten_;
-    /// Whether the secret store has said who is signed in.
     bool isTold_ = false;
+    /// Why the secret store could not tell when it was last asked.
+    std::optional<SecretsUnavailable> silence_;
     /// The profiles that the user signed out here, and that have not signed in since.
     std::set<std::string> gone_;
     /// Raised whenever a profile signs in or out here.

@@ -11,6 +11,19 @@ namespace {
 
 using Status = RoostAccountRecord::Status;
 
+const char* sentenceFor(SecretsUnavailable trouble)
+{
+    switch (trouble.why) {
+    case SecretsUnavailable::Why::locked:
+        return "the keyring is locked";
+    case SecretsUnavailable::Why::noService:
+        return "there is no keyring";
+    case SecretsUnavailable::Why::notAnswering:
+        break;
+    }
+    return "the keyring does not answer";
+}
+
 std::string keyOf(const std::string& profileId) { return std::string{refreshTokenPrefix} + profileId; }
 
 } // namespace
@@ -30,22 +43,41 @@ std::optional<Date> Accounts::loadRecords()
     return file->writtenAt;
 }
 
-QCoro::Task<void> Accounts::loadSignedIn()
+QCoro::Task<bool> Accounts::loadSignedIn()
 {
     while (!isTold_) {
         const std::uint64_t changes = changes_;
         auto asking = parts_.secrets.keys(std::string{refreshTokenPrefix});
         const auto keys = co_await asking;
+        if (isTold_) {
+            break; // to somebody else who asked
+        }
+        noteSilence(keys ? std::nullopt : std::optional{keys.error()});
         if (!keys) {
             trustRecords();
-            co_return;
+            break;
         }
         // What was told is from before a sign-in or a sign-out of this program.
         if (changes == changes_) {
             isTold_ = true;
             follow(*keys);
             persist(Reload::yes);
+            co_return true;
         }
+    }
+    co_return false;
+}
+
+void Accounts::noteSilence(std::optional<SecretsUnavailable> why)
+{
+    const std::optional<SecretsUnavailable> before = std::exchange(silence_, why);
+    if (why == before) {
+        return;
+    }
+    if (why) {
+        qCWarning(RoostLog::auth, "%s: waiting to hear who is signed in", sentenceFor(*why));
+    } else {
+        qCInfo(RoostLog::auth, "the keyring has said who is signed in");
     }
 }
 

@@ -59,7 +59,10 @@ QCoro::Task<void> AppModel::begin()
     if (quitting_.stop_requested()) {
         co_return;
     }
-    parts_.events.observe({[this] { requestRefresh(); }, [this](Date at) { noticeRequest(at); }});
+    parts_.events.observe({.woke = [this] { requestRefresh(); },
+                           .refreshRequested = [this](Date at) { noticeRequest(at); },
+                           .secretsChanged = [this] { noticeKeyring(); }});
+    tasks_.add(awaitKeyring());
     // The loop's first cycle, which begins now, is what a widget waits for.
     if (const std::optional<Date> asked = RefreshSignal::lastRequest(parts_.store); asked && isNew(*asked)) {
         handledMarker_ = *asked;

@@ -76,9 +76,14 @@ public:
     const QUrl& baseURL() const { return parts_.baseURL; }
     const std::filesystem::path& sharedFolder() const { return parts_.store.directory(); }
 
+    /// How long a secret store that could not say who is signed in is left alone, unless it says itself that
+    /// something has changed.
+    static constexpr std::chrono::seconds keyringPatience{60};
+
     /// Loads the profiles, listens to the system and begins to refresh. The records of the shared file are
-    /// published at once; the rest follows when the secret store has answered or failed to. Does nothing when
-    /// called again. Ends when the first cycle has begun.
+    /// published at once; the rest follows when the secret store has answered, which is asked until it does,
+    /// also where nobody is known who could be refreshed. Does nothing when called again. Ends when the first
+    /// cycle has begun.
     QCoro::Task<void> start();
 
     /// Asks for fresh numbers soon; how soon is `RefreshLoop::requestRefresh`'s to say. Nothing before
@@ -132,6 +137,9 @@ public:
 
 private:
     QCoro::Task<void> begin();
+    QCoro::Task<void> awaitKeyring();
+    void noticeKeyring();
+    QCoro::Task<void> askKeyring();
     QCoro::Task<RefreshLoop::Outcomes> sync(std::stop_token stop);
     QCoro::Task<std::optional<std::string>> signInAndSelect();
     void noticeRequest(Date at);
@@ -150,6 +158,8 @@ private:
     TaskGroup tasks_;
     std::stop_source quitting_;
     bool isStarted_ = false;
+    bool isAskingKeyring_ = false;
+    bool isKeyringNew_ = false;
     std::unique_ptr<FolderWatcher> folderWatcher_;
     /// The newest request for a refresh that was acted on.
     Date handledMarker_ = Date::min();

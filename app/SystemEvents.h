@@ -23,6 +23,9 @@ public:
         std::function<void()> woke;
         /// Another process asked for fresh numbers, at that time by its clock.
         std::function<void(Date)> refreshRequested;
+        /// What keeps secrets came, or something in it was opened or closed. Some keepers say so, some do
+        /// not.
+        std::function<void()> secretsChanged;
     };
 
     virtual ~SystemEvents() = default;

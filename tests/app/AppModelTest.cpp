@@ -16,6 +16,45 @@ using testing::IsEmpty;
 using testing::Pair;
 using Status = RoostAccountRecord::Status;
 
+/// Another store, whose answers about all keys are on their way until a test lets each of them through.
+class SlowKeyring final : public SecretStore {
+public:
+    explicit SlowKeyring(SecretStore& behind) : behind_{behind} {}
+
+    bool isSlow = false;
+    /// Of each answer that is on its way, in the order of the questions.
+    std::vector<Arrival<bool>> answers;
+
+    QCoro::Task<std::expected<std::optional<std::string>, SecretsUnavailable>> get(std::string key) override
+    {
+        return behind_.get(std::move(key));
+    }
+    QCoro::Task<std::expected<bool, SecretsUnavailable>> contains(std::string key) override
+    {
+        return behind_.contains(std::move(key));
+    }
+    QCoro::Task<std::expected<void, KeychainError>> set(std::string value, std::string key) override
+    {
+        return behind_.set(std::move(value), std::move(key));
+    }
+    QCoro::Task<bool> remove(std::string key) override { return behind_.remove(std::move(key)); }
+    QCoro::Task<std::expected<std::vector<std::string>, SecretsUnavailable>> keys(std::string prefix) override
+    {
+        auto asking = behind_.keys(std::move(prefix));
+        auto answer = co_await asking;
+        if (isSlow) {
+            answers.emplace_back();
+            const auto coming = answers.back().coming();
+            co_await coming;
+        }
+        co_return answer;
+    }
+    QCoro::Task<bool> unlock() override { return behind_.unlock(); }
+
+private:
+    SecretStore& behind_;
+};
+
 class AppModelTest : public testing::Test, protected AppWorld {
 protected:
     LogCatcher log;
@@ -192,6 +231,147 @@ TEST_F(AppModelTest, AsksALockedStoreAgainAndKeepsEverybodyMeanwhile)
     time.advance(60s);
     EXPECT_THAT(widgetRequests(), ElementsAre("widget p1", "widget p2"));
     EXPECT_EQ(file()->accounts.size(), 2U);
+}
+
+TEST_F(AppModelTest, AsksALockedStoreAgainThoughNobodyIsKnown)
+{
+    signInBefore("p1");
+    secrets.unavailable = SecretsUnavailable{SecretsUnavailable::Why::locked};
+    start();
+    time.advance(100s);
+    ASSERT_THAT(state().accounts(), IsEmpty());
+
+    secrets.unavailable.reset();
+    time.advance(22s);
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p1"));
+    EXPECT_TRUE(record("p1").has_value());
+    // The loop goes on as if nothing had been.
+    time.advance(300s - 122s);
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p1"));
+    EXPECT_EQ(time.pauses(), 1U);
+}
+
+TEST_F(AppModelTest, AsksTheStoreAsSoonAsItHasChanged)
+{
+    signInBefore("p1");
+    secrets.unavailable = SecretsUnavailable{SecretsUnavailable::Why::noService};
+    start();
+    time.advance(1s);
+    events.observer.secretsChanged();
+    time.advance(2s);
+    EXPECT_THAT(widgetRequests(), IsEmpty());
+
+    secrets.unavailable.reset();
+    events.observer.secretsChanged();
+    events.observer.secretsChanged();
+    time.advance(2s);
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p1"));
+    events.observer.secretsChanged();
+    time.advance(60s);
+    EXPECT_THAT(widgetRequests(), IsEmpty());
+}
+
+TEST_F(AppModelTest, RefreshesWhomAStoreNamesThatOpensRightAfterACycle)
+{
+    signInBefore("p1");
+    secrets.unavailable = SecretsUnavailable{SecretsUnavailable::Why::locked};
+    start();
+    secrets.unavailable.reset();
+    events.observer.secretsChanged();
+    time.advance(2s);
+
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p1"));
+}
+
+TEST_F(AppModelTest, AsksTheStoreAgainThatHasChangedWhileItAnswered)
+{
+    signInBefore("p1");
+    secrets.unavailable = SecretsUnavailable{SecretsUnavailable::Why::locked};
+    SlowKeyring slow{secrets};
+    keyringOfApp = &slow;
+    start();
+    slow.isSlow = true;
+    events.observer.secretsChanged();
+    secrets.unavailable.reset();
+    // However often it is said: one question at a time.
+    events.observer.secretsChanged();
+    events.observer.secretsChanged();
+    ASSERT_EQ(slow.answers.size(), 1U);
+    slow.answers[0].set(true);
+    time.advance(0s);
+    ASSERT_EQ(slow.answers.size(), 2U);
+    // It is told once who is signed in, and needs no further answer.
+    events.observer.secretsChanged();
+    slow.answers[1].set(true);
+    time.advance(2s);
+
+    EXPECT_THAT(widgetRequests(), ElementsAre("widget p1"));
+    EXPECT_EQ(slow.answers.size(), 2U);
+    quit();
+}
+
+TEST_F(AppModelTest, BelievesNoAnswerThatCameAfterTheFirst)
+{
+    signInBefore("p1");
+    secrets.unavailable = SecretsUnavailable{SecretsUnavailable::Why::locked};
+    SlowKeyring slow{secrets};
+    keyringOfApp = &slow;
+    start();
+    secrets.unavailable.reset();
+    roost.revoke("p1");
+    time.advance(10s);
+    slow.isSlow = true;
+    app().requestRefresh();
+    events.observer.secretsChanged();
+    ASSERT_EQ(slow.answers.size(), 2U);
+    // The cycle hears who is signed in, and that the service ended it.
+    slow.answers[0].set(true);
+    time.advance(0s);
+    ASSERT_EQ(record("p1")->status, Status::signedOut);
+    slow.answers[1].set(true);
+    time.advance(0s);
+
+    EXPECT_EQ(record("p1")->status, Status::signedOut);
+    quit();
+}
+
+TEST_F(AppModelTest, SaysOnceThatTheKeyringIsLocked)
+{
+    const auto heard = [this] { return log.messages("world.brisken.roost.mac.auth"); };
+    signInBefore("p1");
+    secrets.unavailable = SecretsUnavailable{SecretsUnavailable::Why::noService};
+    start();
+    time.advance(1000s);
+    secrets.unavailable = SecretsUnavailable{SecretsUnavailable::Why::locked};
+    time.advance(1000s);
+    EXPECT_THAT(heard(),
+                ElementsAre(QStringLiteral("there is no keyring: waiting to hear who is signed in"),
+                            QStringLiteral("the keyring is locked: waiting to hear who is signed in")));
+
+    secrets.unavailable.reset();
+    time.advance(1000s);
+    EXPECT_THAT(heard(), testing::SizeIs(3));
+    EXPECT_EQ(heard().back(), QStringLiteral("the keyring has said who is signed in"));
+}
+
+TEST_F(AppModelTest, SaysNothingOfAKeyringThatAnswers)
+{
+    signInBefore("p1");
+    start();
+    time.advance(1000s);
+
+    EXPECT_THAT(log.messages("world.brisken.roost.mac.auth"), IsEmpty());
+}
+
+TEST_F(AppModelTest, QuitsWhileItWaitsForTheKeyring)
+{
+    secrets.unavailable = SecretsUnavailable{SecretsUnavailable::Why::locked};
+    start();
+    const Pending<void> ending{app().quit()};
+    time.advance(0s);
+
+    EXPECT_TRUE(ending.isDone());
+    EXPECT_EQ(time.pauses(), 0U);
 }
 
 TEST_F(AppModelTest, FindsOutThatATokenIsGoneWhenTheStoreOpens)
