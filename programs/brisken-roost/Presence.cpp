@@ -2,6 +2,7 @@
 
 #include "bus/RoostBus.h"
 #include "model/RefreshSignal.h"
+#include "model/RoostLog.h"
 #include "platform/InotifyFolderWatcher.h"
 
 #include <utility>
@@ -39,11 +40,11 @@ QCoro::Task<void> Presence::quit()
 
 QCoro::Task<void> Presence::takeTheName()
 {
-    const bool hasName = doors_.bus == ApplicationService::Claim::Kind::owned;
-    if ((isThere() && hasName) || std::exchange(isAppearing_, true)) {
+    if (hasName() || std::exchange(isAppearing_, true)) {
         co_return;
     }
     listener_.reset();
+    keyring_.reset();
     // The former one goes before, since its socket is in the way of the next.
     receiver_.reset();
     auto receiver =
@@ -60,6 +61,28 @@ QCoro::Task<void> Presence::takeTheName()
         adaptor_->detach();
     }
     listen();
+    if (!quitting_.stop_requested()) {
+        say();
+    }
+}
+
+void Presence::say()
+{
+    using Kind = ApplicationService::Claim::Kind;
+    if (std::exchange(said_, doors_.bus) == doors_.bus) {
+        return;
+    }
+    switch (doors_.bus) {
+    case Kind::owned:
+        qCInfo(RoostLog::sync, "on the session bus again");
+        break;
+    case Kind::taken:
+        qCWarning(RoostLog::sync, "another program has this one's name on the session bus");
+        break;
+    case Kind::noBus:
+        qCWarning(RoostLog::sync, "no session bus, going on without it");
+        break;
+    }
 }
 
 bool Presence::isThere() const
@@ -72,6 +95,7 @@ void Presence::listen()
     if (isThere() && observer_ && !listener_) {
         listener_ = std::make_unique<CrossProcessNotification::Listener>(
             receiver_->bus()->get(), refreshRequested, observer_->refreshRequested);
+        keyring_ = std::make_unique<KeyringWatch>(receiver_->bus()->get(), observer_->secretsChanged);
     }
 }
 

@@ -7,6 +7,7 @@
 #include "bus/ModelAdaptor.h"
 #include "platform/CallbackInbox.h"
 #include "platform/CallbackReceiver.h"
+#include "platform/KeyringWatch.h"
 #include "platform/SystemWake.h"
 
 #include <QCoro/QCoroTask>
@@ -20,8 +21,12 @@
 namespace roost {
 
 /// The running app among the other processes of the session: its name and model on the session bus, the
-/// callbacks of sign-ins, words from widgets and to them, the system's wake-ups. Goes on without a bus, and
-/// comes back to one that was gone. Main thread; outlives its tasks.
+/// callbacks of sign-ins, words from widgets and to them, the system's wake-ups, the keyring's coming. Goes
+/// on without a bus, and comes back to one that was gone; what has changed there is logged once.
+///
+/// A bus that goes away ends nothing: it can be restarted under a session that lives on, and the numbers are
+/// wanted all the same. A session that ends says so by a signal (SIGTERM from the user's service manager or
+/// the desktop, SIGHUP from a terminal). Main thread; outlives its tasks.
 class Presence final : public SystemEvents, public WidgetTimelines {
 public:
     /// `inbox` outlives this.
@@ -31,8 +36,8 @@ public:
     /// ask for.
     void show(AppModel& model, std::function<void()> quit);
 
-    /// Takes the name on the bus where there is one and it is free; nothing when that is so already. Bounded
-    /// in time.
+    /// Takes the name on the bus where there is one and it is free; nothing when that is so already. Called
+    /// again and again, since nobody tells when a bus comes or a name becomes free. Bounded in time.
     QCoro::Task<void> appear();
 
     /// Leaves the bus, and ends when nothing of this is under way any more. The model may go then.
@@ -49,6 +54,8 @@ public:
 private:
     QCoro::Task<void> takeTheName();
     bool isThere() const;
+    bool hasName() const { return isThere() && doors_.bus == ApplicationService::Claim::Kind::owned; }
+    void say();
     void listen();
 
     QProcessEnvironment environment_;
@@ -57,11 +64,14 @@ private:
     std::unique_ptr<ModelAdaptor> adaptor_;
     std::unique_ptr<CallbackReceiver> receiver_;
     CallbackReceiver::Doors doors_;
+    /// What is known to whoever reads the log.
+    ApplicationService::Claim::Kind said_ = ApplicationService::Claim::Kind::owned;
     bool isAppearing_ = false;
     std::stop_source quitting_;
     TaskGroup tasks_;
     std::optional<Observer> observer_;
     std::unique_ptr<CrossProcessNotification::Listener> listener_;
+    std::unique_ptr<KeyringWatch> keyring_;
     std::unique_ptr<SystemWake> wake_;
 };
 

@@ -40,6 +40,8 @@ public:
     PrivateBus& operator=(const PrivateBus&) = delete;
 
     const QString& address() const { return address_; }
+    /// The same without the identifier of this one bus: that of every bus that is started at its place.
+    QString lastingAddress() const { return address_.section(QLatin1Char(','), 0, 0); }
     std::filesystem::path home() const { return folder_.path(); }
     /// XDG_DATA_HOME.
     std::filesystem::path dataHome() const { return folder_ / "data"; }
