@@ -3,20 +3,32 @@
 #include "tests/support/RunUntil.h"
 
 #include <sys/prctl.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <stdexcept>
+#include <utility>
 
 namespace roost::test {
 
-ProgramRun::ProgramRun(const QStringList& arguments, const QProcessEnvironment& environment)
+ProgramRun::ProgramRun(const QStringList& arguments, const QProcessEnvironment& environment,
+                       std::function<bool()> prepare)
 {
     QObject::connect(&process_, &QProcess::readyReadStandardOutput, &process_,
                      [this] { finished_.output += process_.readAllStandardOutput().toStdString(); });
     QObject::connect(&process_, &QProcess::readyReadStandardError, &process_,
                      [this] { finished_.error += process_.readAllStandardError().toStdString(); });
     process_.setProcessEnvironment(environment);
-    process_.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
+    process_.setChildProcessModifier([prepare = std::move(prepare)] {
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        // A test that runs in the background of a shell has some ignored.
+        for (const int number : {SIGHUP, SIGINT, SIGTERM}) {
+            ::signal(number, SIG_DFL);
+        }
+        if (!prepare()) {
+            ::_exit(77);
+        }
+    });
     process_.start(QStringLiteral(BRISKEN_ROOST), arguments);
 }
 

@@ -3,6 +3,7 @@
 #include <QProcess>
 
 #include <chrono>
+#include <functional>
 #include <string>
 
 namespace roost::test {
@@ -23,7 +24,18 @@ struct Finished {
 /// something is awaited.
 class ProgramRun {
 public:
-    ProgramRun(const QStringList& arguments, const QProcessEnvironment& environment);
+    /// `prepare` is called in the new process before the program is (async-signal-safe, and false for
+    /// giving up: the program then ends with 77).
+    ProgramRun(
+        const QStringList& arguments, const QProcessEnvironment& environment,
+        std::function<bool()> prepare = [] { return true; });
+
+    qint64 pid() const { return process_.processId(); }
+
+    /// What it has written to standard error by now.
+    const std::string& said() const { return finished_.error; }
+
+    bool hasEnded() const { return process_.state() == QProcess::NotRunning; }
 
     /// Returns when `text` stands in what the program has written to standard error, which it gives. Throws
     /// after the guard time.
