@@ -18,21 +18,23 @@ const Date noon = Date{std::chrono::seconds(1'750'000'000)} + std::chrono::milli
 
 class RefreshRoostIntentTest : public testing::Test {
 protected:
+    QCoro::Task<bool> perform() { return RefreshRoostIntent::perform(store, noon, bus.address(), guardTime); }
+
     ScratchFolder scratch;
     RealFileSystem files;
     WidgetStore store{files, scratch.path() / "shared"};
+    PrivateBus bus;
+    BusPeer app{bus.address()};
+    std::vector<Date> heard;
+    CrossProcessNotification::Listener listener{app.connection(),
+                                                QString::fromLatin1(RefreshSignal::notification),
+                                                [this](Date at) { heard.push_back(at); }};
 };
 
 TEST_F(RefreshRoostIntentTest, LeavesANoteAndTellsWhoListens)
 {
-    PrivateBus bus;
-    const BusPeer app(bus.address());
-    std::vector<Date> heard;
-    const CrossProcessNotification::Listener listener(app.connection(),
-                                                      QString::fromLatin1(RefreshSignal::notification),
-                                                      [&](Date at) { heard.push_back(at); });
     app.catchUp();
-    EXPECT_TRUE(await(RefreshRoostIntent::perform(store, noon, bus.address(), guardTime)));
+    EXPECT_TRUE(await(perform()));
     EXPECT_EQ(RefreshSignal::lastRequest(store), noon);
     // The bus has it by then, however soon the asking process ends.
     app.catchUp();
@@ -48,14 +50,8 @@ TEST_F(RefreshRoostIntentTest, LeavesANoteWithoutABus)
 TEST_F(RefreshRoostIntentTest, TellsWhoListensWhereNoNoteCanBeLeft)
 {
     std::filesystem::create_symlink("/nowhere", scratch.path() / "shared");
-    PrivateBus bus;
-    const BusPeer app(bus.address());
-    std::vector<Date> heard;
-    const CrossProcessNotification::Listener listener(app.connection(),
-                                                      QString::fromLatin1(RefreshSignal::notification),
-                                                      [&](Date at) { heard.push_back(at); });
     app.catchUp();
-    EXPECT_FALSE(await(RefreshRoostIntent::perform(store, noon, bus.address(), guardTime)));
+    EXPECT_FALSE(await(perform()));
     app.catchUp();
     EXPECT_THAT(heard, testing::ElementsAre(noon));
 }

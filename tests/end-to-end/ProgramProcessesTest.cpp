@@ -1,7 +1,5 @@
-#include "service/NetworkHttpSession.h"
 #include "tests/end-to-end/UserMachine.h"
-#include "tests/support/Await.h"
-#include "tests/support/ConsentingBrowser.h"
+#include "tests/support/RunUntil.h"
 
 #include <gmock/gmock.h>
 
@@ -22,13 +20,7 @@ class SyncProcesses : public testing::Test {
 protected:
     SyncProcesses()
     {
-        machine.service.setConsent({local::Consent::Answer::allow, mira});
-        const auto program = machine.start(u"sign-in"_s, machine.withoutDisplay());
-        NetworkHttpSession network;
-        ConsentingBrowser browser{network};
-        program->enter(*await(browser.authenticate(*WebURL::parse(program->addressToOpen()), {}, {})));
-        const Finished signedIn = program->end();
-        EXPECT_EQ(signedIn.output, "Signed in to Mira Okafor.\n") << signedIn.error;
+        machine.signIn(mira);
         machine.service.state().counters.clear();
     }
 

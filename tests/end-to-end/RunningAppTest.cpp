@@ -3,12 +3,9 @@
 #include "model/RealFileSystem.h"
 #include "model/RefreshSignal.h"
 #include "model/SharedContainer.h"
-#include "service/NetworkHttpSession.h"
 #include "tests/bus/BusPeer.h"
 #include "tests/end-to-end/UserMachine.h"
 #include "tests/platform/PollUntil.h"
-#include "tests/support/Await.h"
-#include "tests/support/ConsentingBrowser.h"
 
 #include <gmock/gmock.h>
 #include <sched.h>
@@ -48,13 +45,7 @@ protected:
     {
         // Whether this machine sleeps is no business of these tests.
         environment.insert(u"DBUS_SYSTEM_BUS_ADDRESS"_s, u"unix:path=/nowhere"_s);
-        machine.service.setConsent({local::Consent::Answer::allow, mira});
-        const auto program = machine.start(u"sign-in"_s, machine.withoutDisplay());
-        NetworkHttpSession network;
-        ConsentingBrowser browser{network};
-        program->enter(*await(browser.authenticate(*WebURL::parse(program->addressToOpen()), {}, {})));
-        const Finished signedIn = program->end();
-        EXPECT_EQ(signedIn.output, "Signed in to Mira Okafor.\n") << signedIn.error;
+        machine.signIn(mira);
         store.emplace(files,
                       SharedContainer::resolve(SharedContainer::UserFolders::fromEnvironment(),
                                                SharedContainer::groupIdentifier(InfoDictionary::builtIn()))

@@ -1,6 +1,9 @@
 #include "tests/end-to-end/UserMachine.h"
 
+#include "service/NetworkHttpSession.h"
 #include "tests/platform/PollUntil.h"
+#include "tests/support/Await.h"
+#include "tests/support/ConsentingBrowser.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -60,6 +63,19 @@ std::unique_ptr<ProgramRun> UserMachine::start(const QString& command, const QPr
 {
     return std::make_unique<ProgramRun>(
         command.split(u' ') + QStringList{u"--base-url"_s, QString::fromLatin1(service.base())}, with);
+}
+
+void UserMachine::signIn(const std::string& profile)
+{
+    service.setConsent({local::Consent::Answer::allow, profile});
+    const auto program = start(u"sign-in"_s, withoutDisplay());
+    NetworkHttpSession network;
+    ConsentingBrowser browser{network};
+    program->enter(*await(browser.authenticate(*WebURL::parse(program->addressToOpen()), {}, {})));
+    const Finished signedIn = program->end();
+    if (signedIn.code != 0) {
+        throw std::runtime_error("nobody signed in: " + signedIn.error);
+    }
 }
 
 QJsonObject UserMachine::status() const

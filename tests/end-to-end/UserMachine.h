@@ -38,6 +38,9 @@ public:
     std::unique_ptr<ProgramRun> start(const QString& command, const QProcessEnvironment& with) const;
     Finished run(const QString& command) const { return start(command)->end(); }
 
+    /// Signs that profile in by the command, without a display: the user pastes what the browser ends at.
+    void signIn(const std::string& profile);
+
     /// `status --format json` of the only profile.
     QJsonObject status() const;
 
