@@ -60,7 +60,7 @@ QCoro::Task<CallbackInbox::Verdict> handOver(QProcessEnvironment environment, st
 QCoro::Task<void> offer(std::shared_ptr<SignInByHand> byHand, QProcessEnvironment environment,
                         std::string line)
 {
-    auto handing = handOver(std::move(environment), std::move(line));
+    auto handing = handOver(environment, std::move(line));
     const CallbackInbox::Verdict verdict = co_await handing;
     byHand->tell(verdict);
 }

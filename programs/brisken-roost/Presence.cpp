@@ -16,8 +16,8 @@ const QString refreshRequested = QString::fromLatin1(RefreshSignal::notification
 
 } // namespace
 
-Presence::Presence(QProcessEnvironment environment, CallbackInbox& inbox, Clock now)
-    : environment_(std::move(environment)),
+Presence::Presence(const QProcessEnvironment& environment, CallbackInbox& inbox, Clock now)
+    : environment_(environment),
       inbox_(inbox),
       now_(std::move(now))
 {

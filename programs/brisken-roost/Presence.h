@@ -30,7 +30,7 @@ namespace roost {
 class Presence final : public SystemEvents, public WidgetTimelines {
 public:
     /// `inbox` outlives this.
-    Presence(QProcessEnvironment environment, CallbackInbox& inbox, Clock now);
+    Presence(const QProcessEnvironment& environment, CallbackInbox& inbox, Clock now);
 
     /// Has `model` be found on the bus, as soon as there is one: before `appear`. `quit` is what others may
     /// ask for.

@@ -46,7 +46,7 @@ std::expected<quint16, QString> RequestServer::listen(quint16 port)
     return listener_->serverPort();
 }
 
-void RequestServer::encrypt(QSslConfiguration identity) { listener_->encrypt(std::move(identity)); }
+void RequestServer::encrypt(const QSslConfiguration& identity) { listener_->encrypt(identity); }
 
 bool RequestServer::handleRequest(const QHttpServerRequest& received, QTcpSocket* socket)
 {

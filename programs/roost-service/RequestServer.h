@@ -28,7 +28,7 @@ public:
     std::expected<quint16, QString> listen(quint16 port);
 
     /// Has the connections from now on speak TLS, and shows this to the other side.
-    void encrypt(QSslConfiguration identity);
+    void encrypt(const QSslConfiguration& identity);
 
 private:
     bool handleRequest(const QHttpServerRequest& request, QTcpSocket* socket) override;

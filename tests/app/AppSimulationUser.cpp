@@ -8,9 +8,9 @@ namespace {
 using namespace std::chrono_literals;
 using Kind = SimulatedWorld::Kind;
 
-QCoro::Task<void> signInOf(AppModel& app)
+QCoro::Task<void> signInOf(AppModel* app)
 {
-    auto signingIn = app.signIn();
+    auto signingIn = app->signIn();
     co_await signingIn;
 }
 
@@ -58,7 +58,7 @@ void AppSimulation::userSignsIn()
         if (dice_.isOneIn(2)) {
             world_.app->cancelSignIn();
         } else {
-            world_.begin(Kind::changes, signInOf(*world_.app));
+            world_.begin(Kind::changes, signInOf(world_.app.get()));
         }
         return;
     }
@@ -71,7 +71,7 @@ void AppSimulation::userSignsIn()
         world_.roost.profiles.emplace(profileId, numbersOf(profileId, world_.trueTime()));
         browser.profileOfNextSignIn = profileId;
     }
-    world_.begin(Kind::changes, signInOf(*world_.app));
+    world_.begin(Kind::changes, signInOf(world_.app.get()));
 }
 
 void AppSimulation::userSignsOut()

@@ -51,7 +51,7 @@ TEST_F(RefreshSignalTest, HasItsName)
 TEST_F(RefreshSignalTest, IsNoneAtFirst)
 {
     EXPECT_EQ(RefreshSignal::lastRequest(store), std::nullopt);
-    files.makeFolders(folder);
+    ASSERT_FALSE(files.makeFolders(folder));
     EXPECT_EQ(RefreshSignal::lastRequest(store), std::nullopt);
 }
 
