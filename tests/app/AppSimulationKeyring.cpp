@@ -106,8 +106,10 @@ SimulatedKeyring::keys(std::string prefix)
 
 QCoro::Task<bool> SimulatedKeyring::unlock()
 {
+    ++questions_;
     auto asking = time_->pause()(dice_->between(1s, 30s), {});
     co_await asking;
+    --questions_;
     if (!isFrozen && mood == Mood::locked && dice_->isOneIn(2)) {
         mood = Mood::well;
     }

@@ -36,6 +36,8 @@ public:
     QCoro::Task<std::expected<std::vector<std::string>, SecretsUnavailable>>
     keys(std::string prefix) override;
     QCoro::Task<bool> unlock() override;
+    /// How often the user is being asked to open it.
+    std::size_t questions() const { return questions_; }
 
 private:
     QCoro::Task<void> turnOf(std::string key);
@@ -46,6 +48,7 @@ private:
     VirtualTime* time_;
     Dice* dice_;
     InMemorySecretStore behind_;
+    std::size_t questions_ = 0;
     /// When the last call for each key takes effect.
     std::map<std::string, std::chrono::milliseconds> turns_;
 };

@@ -87,6 +87,20 @@ TEST_F(SecondStartTest, WaitsForCommandsAndSaysSoOnce)
                     .Times(1));
 }
 
+TEST_F(SecondStartTest, DoesNotStandInTheWayOfAnotherStartThatWaits)
+{
+    ASSERT_TRUE(other.take(Kind::shared));
+    Pending first(start());
+    const auto otherOwn = std::make_shared<InstanceLock>(file);
+    Pending second(startOnce(otherOwn, bus.address(), guardTime, stop.get_token()));
+    EXPECT_FALSE(runUntil([&] { return first.isDone() || second.isDone(); }, 300ms));
+    other.release();
+    EXPECT_TRUE(runUntil([&] { return first.isDone() || second.isDone(); }));
+    stop.request_stop();
+    const std::vector<Start> ends{first.get(), second.get()};
+    EXPECT_THAT(ends, testing::UnorderedElementsAre(Start::alone, Start::stopped));
+}
+
 TEST_F(SecondStartTest, IsStoppedWhileItWaits)
 {
     ASSERT_TRUE(other.take(Kind::exclusive));
