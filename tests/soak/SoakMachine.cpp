@@ -86,10 +86,12 @@ QProcessEnvironment SoakMachine::environmentOfPrograms()
     }
     environment.insert(u"DISPLAY"_s, u":999"_s);
     // By default up to 256 MiB of freed memory are kept back to catch whoever uses it still, which would look
-    // like growth. The tests keep it back; here it is used again at once.
+    // like growth. The tests keep it back; here it is used again at once. Every new way to an allocation is
+    // kept for good, and coroutines have no end of ways: of each the nearest frames are enough here.
     const QString reports = u"log_path="_s + QString::fromStdString((folder_ / "report").string());
-    environment.insert(u"ASAN_OPTIONS"_s, reports + u":detect_leaks=1:quarantine_size_mb=0:"
-                                                    "thread_local_quarantine_size_kb=0"_s);
+    environment.insert(u"ASAN_OPTIONS"_s, reports +
+                                              u":detect_leaks=1:malloc_context_size=3:quarantine_size_mb=0:"
+                                              "thread_local_quarantine_size_kb=0"_s);
     environment.insert(u"UBSAN_OPTIONS"_s, reports + u":print_stacktrace=1"_s);
     return environment;
 }

@@ -50,7 +50,7 @@ TEST_F(QuitCommandTest, SaysThatTheAppTakesLong)
 
 TEST_F(QuitCommandTest, StopsWaiting)
 {
-    Pending pending(quitting());
+    Pending pending(quitting(10min));
     ASSERT_TRUE(runUntil([&] { return quits == 1; }));
     stop.request_stop();
     EXPECT_EQ(pending.get().code, ExitCode::failure);
