@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/SystemBootTime.h"
 #include "platform/BrowserOpener.h"
 #include "platform/CallbackInbox.h"
+#include "platform/SystemBootTime.h"
 #include "service/WebAuthenticating.h"
 
 #include <chrono>
