@@ -1,5 +1,6 @@
 #include "programs/brisken-roost/AccountServices.h"
 
+#include "programs/brisken-roost/TerminalText.h"
 #include "service/RefreshTokenKeeper.h"
 
 namespace roost {
@@ -20,6 +21,17 @@ AccountServices::signedInProfiles() const
 CommandResult nobodySignedIn()
 {
     return failed(ExitCode::nothingToShow, "No profile is signed in here yet.");
+}
+
+CommandResult notSignedIn(const std::string& profileId)
+{
+    return failed(ExitCode::nothingToShow,
+                  "The profile \"" + onOneLine(profileId) + "\" is not signed in here.");
+}
+
+CommandResult noSuchProfile(const std::string& profileId)
+{
+    return failed(ExitCode::nothingToShow, "There is no profile \"" + onOneLine(profileId) + "\" here.");
 }
 
 std::string sentenceFor(SecretsUnavailable unavailable)

@@ -39,6 +39,10 @@ struct AccountServices {
 /// Says that no profile is signed in.
 CommandResult nobodySignedIn();
 
+/// Says that this one is not, and that there is no such profile at all.
+CommandResult notSignedIn(const std::string& profileId);
+CommandResult noSuchProfile(const std::string& profileId);
+
 /// Why the store cannot be used and what to do about it, in one sentence or two.
 std::string sentenceFor(SecretsUnavailable unavailable);
 

@@ -5,7 +5,6 @@
 #include "platform/CallbackReceiver.h"
 #include "programs/brisken-roost/AccountServices.h"
 #include "programs/brisken-roost/AccountsCommand.h"
-#include "programs/brisken-roost/SelectCommand.h"
 #include "programs/brisken-roost/SignInByHand.h"
 #include "programs/brisken-roost/SyncCommand.h"
 #include "programs/brisken-roost/TerminalText.h"

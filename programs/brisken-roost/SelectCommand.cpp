@@ -1,14 +1,9 @@
 #include "programs/brisken-roost/SelectCommand.h"
 
 #include "app/AppSettings.h"
-#include "programs/brisken-roost/TerminalText.h"
+#include "programs/brisken-roost/AccountServices.h"
 
 namespace roost {
-
-CommandResult noSuchProfile(const std::string& profileId)
-{
-    return failed(ExitCode::nothingToShow, "There is no profile \"" + onOneLine(profileId) + "\" here.");
-}
 
 CommandResult runSelect(const std::string& profileId, const AccountFile& file, Settings& settings)
 {

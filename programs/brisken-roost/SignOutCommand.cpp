@@ -35,8 +35,7 @@ QCoro::Task<CommandResult> runSignOut(std::string profileId, AccountServices ser
         co_return failed(ExitCode::failure, sentenceFor(signedIn.error()));
     }
     if (!isRecorded && std::ranges::find(*signedIn, profileId) == signedIn->end()) {
-        co_return failed(ExitCode::nothingToShow,
-                         "There is no profile \"" + onOneLine(profileId) + "\" here.");
+        co_return noSuchProfile(profileId);
     }
     // A refresh in another process ends before, and so cannot bring the token back.
     auto locking = services.lock.acquire(profileId, stop);

@@ -105,12 +105,6 @@ void add(CommandResult& result, const std::string& name, const RefreshedProfile&
     }
 }
 
-CommandResult notSignedIn(const std::string& profileId)
-{
-    return failed(ExitCode::nothingToShow,
-                  "The profile \"" + onOneLine(profileId) + "\" is not signed in here.");
-}
-
 QCoro::Task<CommandResult> runSync(std::optional<std::string> profileId, AccountServices services,
                                    std::stop_token stop)
 {

@@ -20,9 +20,6 @@ struct RefreshedProfile {
 /// Adds a line about the profile of that name to the output; a failure among several profiles counts most.
 void add(CommandResult& result, const std::string& name, const RefreshedProfile& profile);
 
-/// Says that the profile is not signed in.
-CommandResult notSignedIn(const std::string& profileId);
-
 /// One sync now, of one signed-in profile or of all, one after the other; what came of each is a line of the
 /// output and stands in the shared file. `failure` when one failed, `nothingToShow` when one is signed out.
 QCoro::Task<CommandResult> runSync(std::optional<std::string> profileId, AccountServices services,
