@@ -19,6 +19,8 @@ constexpr const char* itemInterface = "org.freedesktop.Secret.Item";
 /// Told with new items; not searched for, since a collection that was never opened does not tell it.
 constexpr const char* schemaName = "world.brisken.roost.mac.Secret";
 
+using GOwnedSecret = std::unique_ptr<SecretValue, GReleased<&secret_value_unref>>;
+
 /// What a new item is made with; the one place where its label for people is chosen.
 GOwnedTable propertiesOf(const KeyringSession::Attributes& attributes)
 {
@@ -237,31 +239,40 @@ KeyringResult<KeyringSession::Attributes> KeyringSession::attributes(const std::
 
 KeyringResult<std::string> KeyringSession::secret(const std::string& item, GCancellable* stop)
 {
+    Ending ending;
+    secret_service_ensure_session(service_.get(), stop, &Ending::reached, &ending);
     GErrorSlot error;
-    SecretValue* value =
-        secret_service_get_secret_for_dbus_path_sync(service_.get(), item.c_str(), stop, error);
-    if (value == nullptr) {
+    if (secret_service_ensure_session_finish(service_.get(), ending.wait(), error) == FALSE) {
         return failed(error);
     }
+    // Not by libsecret, whose calls for reading, all three, keep the service's reply for good.
+    const char* transfer = secret_service_get_session_dbus_path(service_.get());
+    const KeyringResult<GOwnedVariant> reply =
+        call(item, itemInterface, "GetSecret", g_variant_new("(o)", transfer), "((oayays))", stop);
+    if (!reply) {
+        return std::unexpected(reply.error());
+    }
+    const GOwnedVariant encoded{g_variant_get_child_value(reply->get(), 0)};
+    const GOwnedSecret value{secret_service_decode_dbus_secret(service_.get(), encoded.get())};
+    if (!value) {
+        return std::unexpected(KeyringFailure::refused);
+    }
     gsize length = 0;
-    const char* bytes = secret_value_get(value, &length);
-    std::string secret{bytes, length};
-    secret_value_unref(value);
-    return secret;
+    const char* bytes = secret_value_get(value.get(), &length);
+    return std::string{bytes, length};
 }
 
 KeyringResult<void> KeyringSession::store(const std::string& collection, const Attributes& attributes,
                                           const std::string& secret, GCancellable* stop)
 {
     const GOwnedTable properties = propertiesOf(attributes);
-    SecretValue* value =
-        secret_value_new(secret.data(), static_cast<gssize>(secret.size()), "text/plain; charset=utf8");
+    const GOwnedSecret value{
+        secret_value_new(secret.data(), static_cast<gssize>(secret.size()), "text/plain; charset=utf8")};
     Ending ending;
-    secret_service_create_item_dbus_path(service_.get(), collection.c_str(), properties.get(), value,
+    secret_service_create_item_dbus_path(service_.get(), collection.c_str(), properties.get(), value.get(),
                                          SECRET_ITEM_CREATE_REPLACE, stop, &Ending::reached, &ending);
     GErrorSlot error;
     const GOwnedText item{secret_service_create_item_dbus_path_finish(service_.get(), ending.wait(), error)};
-    secret_value_unref(value);
     if (!item) {
         return failed(error);
     }
