@@ -92,6 +92,8 @@ QProcessEnvironment SoakMachine::environmentOfPrograms()
     environment.insert(u"ASAN_OPTIONS"_s, reports +
                                               u":detect_leaks=1:malloc_context_size=3:quarantine_size_mb=0:"
                                               "thread_local_quarantine_size_kb=0"_s);
+    // GLib's own pool of small pieces would hide what is lost in it.
+    environment.insert(u"G_SLICE"_s, u"always-malloc"_s);
     environment.insert(u"UBSAN_OPTIONS"_s, reports + u":print_stacktrace=1"_s);
     return environment;
 }
