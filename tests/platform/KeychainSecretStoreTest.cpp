@@ -59,15 +59,26 @@ TEST(KeychainSecretStoreOnADesktop, HasTheBusStartTheServiceWhichIsLockedThen)
     const PrivateBus bus{PrivateBus::Activation::installed};
     PrivateKeyring keyring{bus};
     KeychainSecretStore store{"service", patient};
-    EXPECT_EQ(await(store.get("key")), std::unexpected(SecretsUnavailable{Why::noService}))
+    const QString service = QStringLiteral("org.freedesktop.secrets");
+    // On a busy machine the daemon now and then falls over at its start; whoever asks next has it started
+    // anew.
+    const auto askUntilItStands = [&] {
+        constexpr int attempts = 4;
+        auto answer = await(store.get("key"));
+        for (int attempt = 1; attempt < attempts && !bus.hasName(service); ++attempt) {
+            answer = await(store.get("key"));
+        }
+        return answer;
+    };
+    EXPECT_EQ(askUntilItStands(), std::unexpected(SecretsUnavailable{Why::noService}))
         << "there is no keyring yet";
-    bus.stopService(QStringLiteral("org.freedesktop.secrets"));
+    bus.stopService(service);
 
     keyring.startUnlocked();
     ASSERT_TRUE(await(store.set("value", "key")));
     keyring.end();
 
-    EXPECT_EQ(await(store.get("key")), std::unexpected(SecretsUnavailable{Why::locked}));
+    EXPECT_EQ(askUntilItStands(), std::unexpected(SecretsUnavailable{Why::locked}));
     keyring.unlock();
     EXPECT_EQ(await(store.get("key")).value(), std::optional<std::string>("value"));
 }
