@@ -1,6 +1,7 @@
 #include "app/AppModel.h"
 
 #include "app/AppSettings.h"
+#include "app/LaunchAtLogin.h"
 #include "model/OverviewPage.h"
 #include "model/RefreshSignal.h"
 #include "model/RoostLog.h"
@@ -49,9 +50,7 @@ QCoro::Task<void> AppModel::begin()
     }
     AppSettings::registerDefaults(parts_.settings);
     state_.setSelectedProfileID(parts_.settings.text(AppSettings::selectedProfileId));
-    if (parts_.loginItem != nullptr) {
-        state_.setLaunchAtLogin(parts_.loginItem->isEnabled());
-    }
+    checkLaunchAtLogin();
     // What was asked for before the numbers were written has been done.
     handledMarker_ = accounts_.loadRecords().value_or(Date::min());
     auto loading = accounts_.loadSignedIn();
@@ -216,6 +215,28 @@ QCoro::Task<void> AppModel::quit()
     accounts_.persistUnsaved();
 }
 
+void AppModel::setLaunchAtLogin(bool enabled)
+{
+    if (parts_.loginItem == nullptr) {
+        return;
+    }
+    if (const auto done = LaunchAtLogin::set(*parts_.loginItem, enabled); !done) {
+        qCWarning(RoostLog::console, "Brisken Roost: launch at login could not be changed (%s)",
+                  done.error().c_str());
+    }
+    checkLaunchAtLogin();
+}
+
+void AppModel::checkLaunchAtLogin()
+{
+    if (parts_.loginItem == nullptr) {
+        return;
+    }
+    const LoginItem::Status status = parts_.loginItem->status();
+    state_.setLaunchAtLogin(status == LoginItem::Status::enabled);
+    state_.setLaunchNeedsApproval(status == LoginItem::Status::requiresApproval);
+}
+
 /// On the first sign-in ever the app comes to stay; what the user chooses later is never overridden.
 void AppModel::applyLoginDefaultOnce()
 {
@@ -223,8 +244,7 @@ void AppModel::applyLoginDefaultOnce()
         return;
     }
     parts_.settings.setBoolean(AppSettings::didApplyLaunchAtLoginDefault, true);
-    static_cast<void>(parts_.loginItem->setEnabled(true));
-    state_.setLaunchAtLogin(parts_.loginItem->isEnabled());
+    setLaunchAtLogin(true);
 }
 
 } // namespace roost

@@ -112,6 +112,14 @@ public:
     /// Has the profile shown, and remembers that; nothing for none.
     void select(std::optional<std::string> profileId);
 
+    /// Has the desktop open the app at login, or no longer. What comes of it is published; a failure is
+    /// logged.
+    void setLaunchAtLogin(bool enabled);
+
+    /// Publishes whether the desktop opens the app at login: the user can change that there, and nobody
+    /// tells.
+    void checkLaunchAtLogin();
+
     /// Opens the web app in the browser: the page of the selected profile where it has one.
     void openRoost();
 

@@ -75,6 +75,18 @@ Answering select(App app, QVariantList arguments)
     co_return Answer{done};
 }
 
+Answering setLaunchAtLogin(App app, QVariantList arguments)
+{
+    app.model->setLaunchAtLogin(arguments.at(0).toBool());
+    co_return Answer{done};
+}
+
+Answering checkLaunchAtLogin(App app, QVariantList /*arguments*/)
+{
+    app.model->checkLaunchAtLogin();
+    co_return Answer{done};
+}
+
 Answering openRoost(App app, QVariantList /*arguments*/)
 {
     app.model->openRoost();
@@ -116,6 +128,8 @@ const std::map<QString, Method>& all()
         {QStringLiteral("CancelSignIn"), {{}, {}, cancelSignIn}},
         {QStringLiteral("SignOut"), {QStringLiteral("s"), {}, signOut}},
         {QStringLiteral("Select"), {QStringLiteral("s"), {}, select}},
+        {QStringLiteral("SetLaunchAtLogin"), {QStringLiteral("b"), {}, setLaunchAtLogin}},
+        {QStringLiteral("CheckLaunchAtLogin"), {{}, {}, checkLaunchAtLogin}},
         {QStringLiteral("OpenRoost"), {{}, {}, openRoost}},
         {QStringLiteral("CheckForUpdates"), {{}, {}, checkForUpdates}},
         {QStringLiteral("InstallAndRestart"), {{}, {}, installAndRestart}},

@@ -45,6 +45,9 @@ std::map<QString, Property> described()
                   &State::selectedProfileIDChanged>()},
         {QStringLiteral("LaunchAtLogin"),
          property<&State::launchAtLogin, &State::setLaunchAtLogin, &State::launchAtLoginChanged>()},
+        {QStringLiteral("LaunchNeedsApproval"),
+         property<&State::launchNeedsApproval, &State::setLaunchNeedsApproval,
+                  &State::launchNeedsApprovalChanged>()},
         {QStringLiteral("UpdateStatus"),
          property<&State::updateStatus, &State::setUpdateStatus, &State::updateStatusChanged>()},
     };

@@ -59,6 +59,9 @@ public:
     /// Answered when the profile is forgotten.
     QCoro::Task<Answer> signOut(std::string profileId);
     QCoro::Task<Answer> select(std::string profileId);
+    /// What comes of it is in the state.
+    QCoro::Task<Answer> setLaunchAtLogin(bool enabled);
+    QCoro::Task<Answer> checkLaunchAtLogin();
     QCoro::Task<Answer> openRoost();
     QCoro::Task<Answer> checkForUpdates();
     QCoro::Task<Answer> installAndRestart();

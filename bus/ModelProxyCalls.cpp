@@ -86,6 +86,16 @@ QCoro::Task<ModelProxy::Answer> ModelProxy::select(std::string profileId)
     return callAbout(profileId, QStringLiteral("Select"), patience);
 }
 
+QCoro::Task<ModelProxy::Answer> ModelProxy::setLaunchAtLogin(bool enabled)
+{
+    return call(link_, QStringLiteral("SetLaunchAtLogin"), {enabled}, patience);
+}
+
+QCoro::Task<ModelProxy::Answer> ModelProxy::checkLaunchAtLogin()
+{
+    return call(link_, QStringLiteral("CheckLaunchAtLogin"), {}, patience);
+}
+
 QCoro::Task<ModelProxy::Answer> ModelProxy::openRoost()
 {
     return call(link_, QStringLiteral("OpenRoost"), {}, patience);

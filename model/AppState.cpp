@@ -79,6 +79,13 @@ void AppState::setLaunchAtLogin(bool launches)
     }
 }
 
+void AppState::setLaunchNeedsApproval(bool needsApproval)
+{
+    if (replace(launchNeedsApproval_, needsApproval)) {
+        Q_EMIT launchNeedsApprovalChanged();
+    }
+}
+
 void AppState::setUpdateStatus(UpdateStatus status)
 {
     if (replace(updateStatus_, std::move(status))) {

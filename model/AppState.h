@@ -24,6 +24,7 @@ class AppState final : public QObject {
     Q_PROPERTY(
         std::optional<std::string> selectedProfileID READ selectedProfileID NOTIFY selectedProfileIDChanged)
     Q_PROPERTY(bool launchAtLogin READ launchAtLogin NOTIFY launchAtLoginChanged)
+    Q_PROPERTY(bool launchNeedsApproval READ launchNeedsApproval NOTIFY launchNeedsApprovalChanged)
     Q_PROPERTY(roost::UpdateStatus updateStatus READ updateStatus NOTIFY updateStatusChanged)
 
 public:
@@ -36,7 +37,10 @@ public:
     const SignInState::Any& signInState() const { return signInState_; }
     /// The profile that the user chose; may be none of the accounts.
     const std::optional<std::string>& selectedProfileID() const { return selectedProfileID_; }
+    /// Whether the desktop opens the app when the user logs in.
     bool launchAtLogin() const { return launchAtLogin_; }
+    /// Whether it would, had the user not switched that off in the desktop.
+    bool launchNeedsApproval() const { return launchNeedsApproval_; }
     const UpdateStatus& updateStatus() const { return updateStatus_; }
 
     void setAccounts(std::vector<RoostAccountRecord> accounts);
@@ -49,6 +53,7 @@ public:
     void setSignInState(SignInState::Any state);
     void setSelectedProfileID(std::optional<std::string> profileId);
     void setLaunchAtLogin(bool launches);
+    void setLaunchNeedsApproval(bool needsApproval);
     void setUpdateStatus(UpdateStatus status);
 
 Q_SIGNALS:
@@ -58,6 +63,7 @@ Q_SIGNALS:
     void signInStateChanged();
     void selectedProfileIDChanged();
     void launchAtLoginChanged();
+    void launchNeedsApprovalChanged();
     void updateStatusChanged();
 
 private:
@@ -67,6 +73,7 @@ private:
     SignInState::Any signInState_;
     std::optional<std::string> selectedProfileID_;
     bool launchAtLogin_ = false;
+    bool launchNeedsApproval_ = false;
     UpdateStatus updateStatus_;
 };
 

@@ -3,6 +3,7 @@
 #include "app/RefreshLoop.h"
 #include "model/SharedContainer.h"
 #include "notify/AnnouncedLedgerStore.h"
+#include "platform/AutostartEntry.h"
 #include "platform/IniSettings.h"
 #include "service/RoostEnvironment.h"
 #include "service/SecureURL.h"
@@ -40,6 +41,12 @@ std::filesystem::path Machine::ledgerFile()
 {
     return isTrial() ? store().directory() / "announced.json"
                      : AnnouncedLedgerStore::location(SharedContainer::UserFolders::fromEnvironment());
+}
+
+std::optional<std::filesystem::path> Machine::autostartFolder()
+{
+    return isTrial() ? store().directory() / "autostart"
+                     : AutostartEntry::folderOf(QProcessEnvironment::systemEnvironment());
 }
 
 bool Machine::isTrial() const

@@ -47,6 +47,10 @@ public:
     std::filesystem::path settingsFile();
     std::filesystem::path ledgerFile();
 
+    /// Where what the desktop starts at login is registered: the user's folder; for a build for trying one
+    /// beside its numbers, where no desktop looks. Nothing without a home.
+    std::optional<std::filesystem::path> autostartFolder();
+
 private:
     bool isTrial() const;
     std::filesystem::path locks();

@@ -2,6 +2,7 @@
 
 #include "app/AppModel.h"
 #include "model/Arrival.h"
+#include "platform/AutostartEntry.h"
 #include "platform/BootTimePause.h"
 #include "platform/BrowserAuthenticator.h"
 #include "platform/BrowserLauncher.h"
@@ -97,6 +98,10 @@ QCoro::Task<CommandResult> runCompanion(Machine* machine, QUrl base, QProcessEnv
     const auto openLabel = [] {
         return QString::fromStdString(RoostL10n::bundle(RoostFormat::system().locale()).text("Open"));
     };
+    AutostartEntry loginItem{machine->files(), machine->autostartFolder(),
+                             QCoreApplication::applicationFilePath().toStdString(), "run",
+                             environment.value(QStringLiteral("XDG_CURRENT_DESKTOP"))};
+    loginItem.renew();
     DesktopNotifications center{sessionBusAddresses(environment), openLabel};
     AppModel model{
         {.store = machine->store(),
@@ -112,7 +117,7 @@ QCoro::Task<CommandResult> runCompanion(Machine* machine, QUrl base, QProcessEnv
          .settings = settings,
          .events = presence,
          .widgets = presence,
-         .loginItem = nullptr,
+         .loginItem = &loginItem,
          .open = open,
          .now = services.now,
          .bootTime = systemBootTime(),

@@ -753,6 +753,47 @@ TEST_F(AppModelTest, SaysAtItsStartWhetherItIsOpenedAtLogin)
     EXPECT_TRUE(state().launchAtLogin());
 }
 
+TEST_F(AppModelTest, HasItselfOpenedAtLoginAsTheUserWishes)
+{
+    start();
+    app().setLaunchAtLogin(true);
+    EXPECT_TRUE(loginItem.enabled);
+    EXPECT_TRUE(state().launchAtLogin());
+    app().setLaunchAtLogin(false);
+    EXPECT_FALSE(loginItem.enabled);
+    EXPECT_FALSE(state().launchAtLogin());
+}
+
+TEST_F(AppModelTest, PublishesThatOpeningAtLoginWaitsForTheUser)
+{
+    loginItem.enabled = true;
+    start();
+    EXPECT_FALSE(state().launchNeedsApproval());
+    loginItem.isHidden = true;
+    app().checkLaunchAtLogin();
+    EXPECT_TRUE(state().launchNeedsApproval());
+    EXPECT_FALSE(state().launchAtLogin());
+    app().setLaunchAtLogin(false);
+    EXPECT_FALSE(state().launchNeedsApproval());
+}
+
+TEST_F(AppModelTest, SaysThatOpeningAtLoginCouldNotBeChanged)
+{
+    start();
+    loginItem.trouble = "No space left on device";
+    app().setLaunchAtLogin(true);
+    EXPECT_TRUE(log.saw(u"Brisken Roost: launch at login could not be changed (No space left on device)"));
+    EXPECT_FALSE(state().launchAtLogin());
+}
+
+TEST_F(AppModelTest, CannotBeOpenedAtLoginWhereNothingDoesThat)
+{
+    hasLoginItem = false;
+    start();
+    app().setLaunchAtLogin(true);
+    EXPECT_FALSE(state().launchAtLogin());
+}
+
 TEST_F(AppModelTest, TellsWhatBecomesOfEachProfileAtTheLevelThatItDeserves)
 {
     signInBefore("p1");

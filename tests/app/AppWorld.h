@@ -68,14 +68,31 @@ public:
 class ScriptedLoginItem final : public LoginItem {
 public:
     bool enabled = false;
+    /// Switched off in the desktop.
+    bool isHidden = false;
+    /// Why nothing can be changed.
+    std::optional<std::string> trouble;
     int changes = 0;
 
-    bool isEnabled() const override { return enabled; }
-    bool setEnabled(bool next) override
+    Status status() const override
     {
+        if (!enabled) {
+            return Status::notRegistered;
+        }
+        return isHidden ? Status::requiresApproval : Status::enabled;
+    }
+    std::expected<void, std::string> add() override { return become(true); }
+    std::expected<void, std::string> remove() override { return become(false); }
+
+private:
+    std::expected<void, std::string> become(bool next)
+    {
+        if (trouble) {
+            return std::unexpected(*trouble);
+        }
         ++changes;
         enabled = next;
-        return true;
+        return {};
     }
 };
 

@@ -102,7 +102,7 @@ TEST_F(ModelAdaptorTest, AnnouncesEverythingWhenItComes)
     world.app().select("p2");
     appear();
     EXPECT_TRUE(runUntil([&] { return listener->changes.size() == 1; }));
-    EXPECT_THAT(listener->changes[0].values, SizeIs(6));
+    EXPECT_THAT(listener->changes[0].values, SizeIs(7));
     EXPECT_EQ(listener->changes[0].invalidated, QStringList{QStringLiteral("Accounts")});
 }
 

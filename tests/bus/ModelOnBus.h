@@ -113,6 +113,7 @@ inline std::string difference(const AppState& one, const AppState& other)
     compare("signInState", &AppState::signInState);
     compare("selectedProfileID", &AppState::selectedProfileID);
     compare("launchAtLogin", &AppState::launchAtLogin);
+    compare("launchNeedsApproval", &AppState::launchNeedsApproval);
     compare("updateStatus", &AppState::updateStatus);
     return names;
 }

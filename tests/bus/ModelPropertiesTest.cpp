@@ -26,6 +26,7 @@ AppState& filled(AppState& state)
     state.setSignInState(SignInState::Failed{"Try again – später."});
     state.setSelectedProfileID("");
     state.setLaunchAtLogin(true);
+    state.setLaunchNeedsApproval(true);
     state.setUpdateStatus({"1.2", {}, true});
     return state;
 }

@@ -179,6 +179,14 @@ TEST_F(ModelProxyTest, HasTheAppDoWhatItIsAsked)
     EXPECT_EQ(await(proxy.signOut("p1")), Answer::noSuchProfile);
     EXPECT_EQ(await(proxy.openRoost()), Answer::done);
     EXPECT_EQ(world.opened.size(), 1U);
+    EXPECT_EQ(await(proxy.setLaunchAtLogin(false)), Answer::done);
+    EXPECT_FALSE(world.loginItem.enabled);
+    EXPECT_EQ(await(proxy.setLaunchAtLogin(true)), Answer::done);
+    EXPECT_TRUE(world.loginItem.enabled);
+    world.loginItem.isHidden = true;
+    EXPECT_EQ(await(proxy.checkLaunchAtLogin()), Answer::done);
+    EXPECT_TRUE(comesToAgree());
+    EXPECT_TRUE(proxy.state().launchNeedsApproval());
     EXPECT_EQ(await(proxy.requestRefresh(false)), Answer::done);
     world.time.advance(1s);
     EXPECT_THAT(world.widgetRequests(), ElementsAre("widget p2"));

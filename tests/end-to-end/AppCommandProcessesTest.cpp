@@ -3,6 +3,7 @@
 #include "tests/support/Await.h"
 #include "tests/support/ConsentingBrowser.h"
 #include "tests/support/Poll.h"
+#include "tests/support/ScratchFolder.h"
 
 #include <gmock/gmock.h>
 
@@ -75,6 +76,20 @@ TEST_F(AppCommandProcesses, HaveTheAppDoTheWork)
     EXPECT_EQ(machine.run(u"quit"_s).code, 0);
     EXPECT_EQ(app->end().code, 0);
     EXPECT_EQ(machine.run(u"quit"_s).error, "Brisken Roost is not running.\n");
+}
+
+TEST_F(AppCommandProcesses, HaveTheAppOpenedAtLoginFromTheFirstSignInOn)
+{
+    const auto entry = machine.bus.home() / "config" / "autostart" / "world.brisken.roost.mac.desktop";
+    const auto app = startApp();
+    EXPECT_FALSE(std::filesystem::exists(entry));
+    signIn();
+    EXPECT_THAT(bytesOf(entry), HasSubstr("\nExec=" BRISKEN_ROOST " run\n"));
+
+    std::filesystem::remove(entry);
+    machine.run(u"sign-out mira-okafor"_s);
+    signIn();
+    EXPECT_FALSE(std::filesystem::exists(entry)) << "that is for the user to say";
 }
 
 TEST_F(AppCommandProcesses, DoTheWorkThemselvesWithoutTheApp)
