@@ -28,6 +28,7 @@ protected:
         follow(&AppState::signInStateChanged, "signInState");
         follow(&AppState::selectedProfileIDChanged, "selectedProfileID");
         follow(&AppState::launchAtLoginChanged, "launchAtLogin");
+        follow(&AppState::launchNeedsApprovalChanged, "launchNeedsApproval");
         follow(&AppState::updateStatusChanged, "updateStatus");
     }
 
@@ -46,6 +47,7 @@ TEST_F(AppStateTest, SaysNothingAtFirst)
     EXPECT_EQ(state.signInState(), SignInState::Any{SignInState::Idle{}});
     EXPECT_EQ(state.selectedProfileID(), std::nullopt);
     EXPECT_FALSE(state.launchAtLogin());
+    EXPECT_FALSE(state.launchNeedsApproval());
     EXPECT_EQ(state.updateStatus(), UpdateStatus{});
 }
 
@@ -68,6 +70,8 @@ TEST_F(AppStateTest, TellsOfEveryChangeAndOfNothingElse)
         EXPECT_EQ(news(), expected("selectedProfileID"));
         state.setLaunchAtLogin(true);
         EXPECT_EQ(news(), expected("launchAtLogin"));
+        state.setLaunchNeedsApproval(true);
+        EXPECT_EQ(news(), expected("launchNeedsApproval"));
         state.setUpdateStatus({"1", {}, false});
         EXPECT_EQ(news(), expected("updateStatus"));
         state.setAccount(record("b"));
@@ -131,7 +135,7 @@ TEST_F(AppStateTest, PublishesAllOfItByName)
     }
     EXPECT_EQ(names.join(QLatin1Char(' ')),
               QStringLiteral("accounts isRefreshing lastRefreshAt signInState selectedProfileID "
-                             "launchAtLogin updateStatus"));
+                             "launchAtLogin launchNeedsApproval updateStatus"));
     state.setLaunchAtLogin(true);
     EXPECT_TRUE(state.property("launchAtLogin").toBool());
 }
