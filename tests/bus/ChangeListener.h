@@ -30,7 +30,8 @@ public:
         connection.connect({}, RoostBus::modelPath, RoostBus::propertiesInterface,
                            QStringLiteral("PropertiesChanged"), this,
                            SLOT(hear(QString, QVariantMap, QStringList)));
-        // Whatever is said from now on is heard: the bus has read the request to listen, which came before this.
+        // Whatever is said from now on is heard: the bus has read the request to listen, which came before
+        // this.
         static_cast<void>(connection.interface()->isServiceRegistered(connection.baseService()).value());
     }
 
