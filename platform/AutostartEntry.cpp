@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace roost {
 
@@ -46,12 +47,21 @@ std::optional<QStringList> desktopsIn(GKeyFile* entry, const char* key)
     return desktops;
 }
 
+/// The entry that this text is; null when it is none.
+GOwnedKeyFile entryIn(const std::string& text)
+{
+    GOwnedKeyFile entry{g_key_file_new()};
+    const bool isEntry =
+        g_key_file_load_from_data(entry.get(), text.data(), text.size(), G_KEY_FILE_NONE, nullptr) != FALSE &&
+        g_key_file_has_group(entry.get(), group) != FALSE;
+    return isEntry ? std::move(entry) : nullptr;
+}
+
 /// Whether that text is an entry which is not switched off on these desktops.
 bool isOn(const std::string& text, const QString& desktops)
 {
-    const GOwnedKeyFile entry{g_key_file_new()};
-    if (g_key_file_load_from_data(entry.get(), text.data(), text.size(), G_KEY_FILE_NONE, nullptr) == FALSE ||
-        g_key_file_has_group(entry.get(), group) == FALSE) {
+    const GOwnedKeyFile entry = entryIn(text);
+    if (!entry) {
         return false;
     }
     const auto is = [&entry](const char* key) {
@@ -71,12 +81,11 @@ bool isOn(const std::string& text, const QString& desktops)
     return (!only || namesOne(*only)) && !(never && namesOne(*never));
 }
 
-/// Whether the program that the entry starts is there.
+/// Whether that text is an entry whose program is there.
 bool startsSomething(const std::string& text)
 {
-    const GOwnedKeyFile entry{g_key_file_new()};
-    g_key_file_load_from_data(entry.get(), text.data(), text.size(), G_KEY_FILE_NONE, nullptr);
-    const GOwnedText command{g_key_file_get_string(entry.get(), group, "Exec", nullptr)};
+    const GOwnedKeyFile entry = entryIn(text);
+    const GOwnedText command{entry ? g_key_file_get_string(entry.get(), group, "Exec", nullptr) : nullptr};
     char** words = nullptr;
     if (!command || g_shell_parse_argv(command.get(), nullptr, &words, nullptr) == FALSE) {
         return false;
