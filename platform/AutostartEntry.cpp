@@ -5,6 +5,8 @@
 #include "platform/EnvironmentPaths.h"
 #include "platform/GLibOwned.h"
 
+#include <QByteArray>
+
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -91,7 +93,9 @@ bool startsSomething(const std::string& text)
         return false;
     }
     const GOwnedTexts owned{words};
-    const GOwnedText program{g_find_program_in_path(words[0])};
+    // A doubled "%" is one that begins no field code.
+    const QByteArray name = QByteArray{words[0]}.replace("%%", "%");
+    const GOwnedText program{g_find_program_in_path(name.constData())};
     return program != nullptr;
 }
 

@@ -178,6 +178,18 @@ TEST_F(AutostartEntryTest, KeepsWhatTheUserMadeOfIt)
     EXPECT_EQ(text(), hidden);
 }
 
+TEST_F(AutostartEntryTest, FindsAProgramWhosePathStandsInItInAnotherForm)
+{
+    const auto program = folder_ / "100% \\ `roost`";
+    putBytes(program, "#!/bin/sh\n");
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+    ASSERT_TRUE(entry(program).add());
+    const std::string mine = text() + "Comment=mine\n";
+    put(mine);
+    entry(program).renew();
+    EXPECT_EQ(text(), mine);
+}
+
 TEST_F(AutostartEntryTest, IsNotMadeByLookingAfterIt)
 {
     entry().renew();
